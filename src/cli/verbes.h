@@ -1,0 +1,19 @@
+// The table of verbs. Each group of verbs lives in its own file and adds
+// its entries to the table in verbes.cpp.
+#pragma once
+
+#include "cli/cli.h"
+
+#include <span>
+
+namespace sylvane::cli {
+
+std::span<const Verbe> Verbes();
+
+// Groups of verbs, one per file.
+int VerbeNew(const Arguments&, std::ostream&, std::ostream&);
+int VerbeInfo(const Arguments&, std::ostream&, std::ostream&);
+int VerbePersons(const Arguments&, std::ostream&, std::ostream&);
+int VerbeAddPerson(const Arguments&, std::ostream&, std::ostream&);
+
+} // namespace sylvane::cli

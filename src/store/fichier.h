@@ -1,0 +1,67 @@
+// The file layer: every byte the program reads or writes in a base, a
+// journal or an exchange file goes through these two interfaces. The real
+// implementation talks to POSIX; the in-memory one injects faults for tests.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace sylvane {
+
+// An input/output failure: a system call that failed, a disk that is full,
+// a file that cannot be opened. Carries the path and the system's reason.
+class ErreurES : public std::runtime_error {
+  public:
+    ErreurES(const std::string& chemin, const std::string& raison)
+        : std::runtime_error(chemin + " : " + raison), chemin_(chemin) {}
+    const std::string& chemin() const { return chemin_; }
+
+  private:
+    std::string chemin_;
+};
+
+// An open file. Offsets are 0-based here; the base format speaks of 1-based
+// positions and converts at its own level.
+class Fichier {
+  public:
+    virtual ~Fichier() = default;
+    // Reads up to n bytes at offset; fewer at the end of the file.
+    virtual std::string lire(std::uint64_t offset, std::size_t n) = 0;
+    virtual void ecrire(std::uint64_t offset, std::string_view donnees) = 0;
+    virtual std::uint64_t taille() = 0;
+    virtual void synchroniser() = 0;
+    virtual void tronquer(std::uint64_t taille) = 0;
+};
+
+enum class Mode {
+    Lecture,        // read only; the file must exist
+    LectureEcriture, // read and write; the file must exist
+    Creation,       // read and write; created when missing, kept otherwise
+    Ecrasement,     // read and write; created or emptied
+};
+
+class SystemeFichiers {
+  public:
+    virtual ~SystemeFichiers() = default;
+    // Throws ErreurES when the file cannot be opened in that mode.
+    virtual std::unique_ptr<Fichier> ouvrir(const std::string& chemin, Mode mode) = 0;
+    virtual bool existe(const std::string& chemin) = 0;
+    // Removing a missing file is not an error.
+    virtual void supprimer(const std::string& chemin) = 0;
+    // Atomic replacement of `vers` by `de` on one file system.
+    virtual void renommer(const std::string& de, const std::string& vers) = 0;
+    // Makes the directory entries of the folder durable (after a rename or a delete).
+    virtual void synchroniserDossier(const std::string& chemin) = 0;
+};
+
+// The process's real file system.
+SystemeFichiers& systemeReel();
+
+// Whole-file helpers over any file system.
+std::string lireTout(SystemeFichiers& fs, const std::string& chemin);
+void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view donnees);
+
+} // namespace sylvane

@@ -1,0 +1,115 @@
+#include "store/fichier_memoire.h"
+
+namespace sylvane {
+namespace {
+
+class FichierMemoire final : public Fichier {
+  public:
+    FichierMemoire(SystemeMemoire& fs, std::shared_ptr<SystemeMemoire::Contenu> c,
+                   std::string chemin, bool lectureSeule)
+        : fs_(fs), c_(std::move(c)), chemin_(std::move(chemin)), lectureSeule_(lectureSeule) {}
+
+    std::string lire(std::uint64_t offset, std::size_t n) override {
+        if (offset >= c_->courant.size()) return {};
+        return c_->courant.substr(static_cast<std::size_t>(offset), n);
+    }
+
+    void ecrire(std::uint64_t offset, std::string_view d) override {
+        if (lectureSeule_) throw ErreurES(chemin_, "écriture impossible : fichier en lecture seule");
+        if (fs_.compter(chemin_)) {
+            ecrireBrut(offset, d.substr(0, d.size() / 2));
+            throw ErreurES(chemin_, "écriture impossible : plus de place sur le disque");
+        }
+        ecrireBrut(offset, d);
+    }
+
+    std::uint64_t taille() override { return c_->courant.size(); }
+
+    void synchroniser() override {
+        if (lectureSeule_) return;
+        if (fs_.compter(chemin_))
+            throw ErreurES(chemin_, "synchronisation impossible : erreur d'entrée-sortie");
+        c_->durable = c_->courant;
+    }
+
+    void tronquer(std::uint64_t t) override {
+        if (lectureSeule_) throw ErreurES(chemin_, "troncature impossible : fichier en lecture seule");
+        if (fs_.compter(chemin_)) throw ErreurES(chemin_, "troncature impossible");
+        c_->courant.resize(static_cast<std::size_t>(t), '\0');
+    }
+
+  private:
+    void ecrireBrut(std::uint64_t offset, std::string_view d) {
+        auto fin = static_cast<std::size_t>(offset) + d.size();
+        if (c_->courant.size() < fin) c_->courant.resize(fin, '\0');
+        c_->courant.replace(static_cast<std::size_t>(offset), d.size(), d);
+    }
+
+    SystemeMemoire& fs_;
+    std::shared_ptr<SystemeMemoire::Contenu> c_;
+    std::string chemin_;
+    bool lectureSeule_;
+};
+
+} // namespace
+
+bool SystemeMemoire::compter(const std::string& chemin) {
+    ++operations_;
+    if (restant_ < 0) return false;
+    if (restant_ > 1) {
+        --restant_;
+        return false;
+    }
+    bool dechirer = restant_ == 1 && dechiree_;
+    restant_ = 0;
+    if (!dechirer) throw ErreurES(chemin, "erreur d'entrée-sortie simulée");
+    return true;
+}
+
+std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode mode) {
+    auto it = fichiers_.find(chemin);
+    bool protege = proteges_.count(chemin) > 0;
+    if (it == fichiers_.end()) {
+        if (mode == Mode::Lecture || mode == Mode::LectureEcriture)
+            throw ErreurES(chemin, "ouverture impossible : fichier introuvable");
+        if (restant_ == 0) throw ErreurES(chemin, "ouverture impossible : erreur d'entrée-sortie");
+        it = fichiers_.emplace(chemin, std::make_shared<Contenu>()).first;
+    } else if (protege && mode != Mode::Lecture) {
+        throw ErreurES(chemin, "ouverture impossible : permission refusée");
+    } else if (mode == Mode::Ecrasement) {
+        it->second->courant.clear();
+    }
+    return std::make_unique<FichierMemoire>(*this, it->second, chemin, mode == Mode::Lecture);
+}
+
+bool SystemeMemoire::existe(const std::string& chemin) { return fichiers_.count(chemin) > 0; }
+
+void SystemeMemoire::supprimer(const std::string& chemin) {
+    if (restant_ == 0 && fichiers_.count(chemin))
+        throw ErreurES(chemin, "suppression impossible : erreur d'entrée-sortie");
+    fichiers_.erase(chemin);
+}
+
+void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
+    auto it = fichiers_.find(de);
+    if (it == fichiers_.end()) throw ErreurES(de, "renommage impossible : fichier introuvable");
+    if (restant_ == 0) throw ErreurES(de, "renommage impossible : erreur d'entrée-sortie");
+    fichiers_[vers] = it->second;
+    fichiers_.erase(it);
+}
+
+void SystemeMemoire::simulerPanne() {
+    for (auto& [nom, c] : fichiers_) c->courant = c->durable;
+}
+
+void SystemeMemoire::echouerApres(long n, bool ecritureDechiree) {
+    restant_ = n;
+    dechiree_ = ecritureDechiree;
+}
+
+std::string SystemeMemoire::contenu(const std::string& chemin) {
+    auto it = fichiers_.find(chemin);
+    return it == fichiers_.end() ? std::string() : it->second->courant;
+}
+
+} // namespace sylvane

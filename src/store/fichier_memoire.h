@@ -1,0 +1,57 @@
+// An in-memory file system for tests, after leveldb's memenv and its fault
+// injection test. Each file keeps what has been written and what has been
+// made durable by a sync; a simulated power loss throws away everything that
+// was not synced. Writes and syncs can be made to fail from the n-th one on.
+#pragma once
+
+#include "store/fichier.h"
+
+#include <map>
+#include <memory>
+
+namespace sylvane {
+
+class SystemeMemoire final : public SystemeFichiers {
+  public:
+    struct Contenu {
+        std::string courant; // what a reader sees now
+        std::string durable; // what survives a power loss
+    };
+
+    std::unique_ptr<Fichier> ouvrir(const std::string& chemin, Mode mode) override;
+    bool existe(const std::string& chemin) override;
+    void supprimer(const std::string& chemin) override;
+    void renommer(const std::string& de, const std::string& vers) override;
+    void synchroniserDossier(const std::string&) override {}
+
+    // Power loss: every file falls back to its last synced content.
+    void simulerPanne();
+
+    // The n-th mutating operation from now on (1 = the next one) fails, and
+    // so does every later one until `retablir()`. A failing write may first
+    // write half of its bytes when `ecritureDechiree` is set.
+    void echouerApres(long n, bool ecritureDechiree = false);
+    void retablir() { restant_ = -1; }
+    long operationsFaites() const { return operations_; }
+    bool enPanne() const { return restant_ == 0; }
+
+    // Files opened read-only by name refuse writes; used for the
+    // read-only-medium case.
+    void proteger(const std::string& chemin) { proteges_[chemin] = true; }
+
+    std::map<std::string, std::shared_ptr<Contenu>>& fichiers() { return fichiers_; }
+    std::string contenu(const std::string& chemin);
+
+    // Internal: counts an operation and throws when it has to fail.
+    // Returns true when a torn write is to be made before failing.
+    bool compter(const std::string& chemin);
+
+  private:
+    std::map<std::string, std::shared_ptr<Contenu>> fichiers_;
+    std::map<std::string, bool> proteges_;
+    long restant_ = -1;
+    long operations_ = 0;
+    bool dechiree_ = false;
+};
+
+} // namespace sylvane

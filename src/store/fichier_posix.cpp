@@ -1,0 +1,132 @@
+#include "store/fichier.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sylvane {
+namespace {
+
+std::string raisonSysteme(int err) { return std::strerror(err); }
+
+class FichierPosix final : public Fichier {
+  public:
+    FichierPosix(int fd, std::string chemin) : fd_(fd), chemin_(std::move(chemin)) {}
+    ~FichierPosix() override { ::close(fd_); }
+
+    std::string lire(std::uint64_t offset, std::size_t n) override {
+        std::string out(n, '\0');
+        std::size_t lu = 0;
+        while (lu < n) {
+            ssize_t r = ::pread(fd_, out.data() + lu, n - lu, static_cast<off_t>(offset + lu));
+            if (r < 0) {
+                if (errno == EINTR) continue;
+                throw ErreurES(chemin_, "lecture impossible : " + raisonSysteme(errno));
+            }
+            if (r == 0) break;
+            lu += static_cast<std::size_t>(r);
+        }
+        out.resize(lu);
+        return out;
+    }
+
+    void ecrire(std::uint64_t offset, std::string_view d) override {
+        std::size_t ecrit = 0;
+        while (ecrit < d.size()) {
+            ssize_t r = ::pwrite(fd_, d.data() + ecrit, d.size() - ecrit,
+                                 static_cast<off_t>(offset + ecrit));
+            if (r < 0) {
+                if (errno == EINTR) continue;
+                throw ErreurES(chemin_, "écriture impossible : " + raisonSysteme(errno));
+            }
+            ecrit += static_cast<std::size_t>(r);
+        }
+    }
+
+    std::uint64_t taille() override {
+        struct stat st{};
+        if (::fstat(fd_, &st) != 0) throw ErreurES(chemin_, raisonSysteme(errno));
+        return static_cast<std::uint64_t>(st.st_size);
+    }
+
+    void synchroniser() override {
+        if (::fdatasync(fd_) != 0)
+            throw ErreurES(chemin_, "synchronisation impossible : " + raisonSysteme(errno));
+    }
+
+    void tronquer(std::uint64_t t) override {
+        if (::ftruncate(fd_, static_cast<off_t>(t)) != 0)
+            throw ErreurES(chemin_, "troncature impossible : " + raisonSysteme(errno));
+    }
+
+  private:
+    int fd_;
+    std::string chemin_;
+};
+
+class SystemePosix final : public SystemeFichiers {
+  public:
+    std::unique_ptr<Fichier> ouvrir(const std::string& chemin, Mode mode) override {
+        int flags = O_CLOEXEC;
+        switch (mode) {
+        case Mode::Lecture: flags |= O_RDONLY; break;
+        case Mode::LectureEcriture: flags |= O_RDWR; break;
+        case Mode::Creation: flags |= O_RDWR | O_CREAT; break;
+        case Mode::Ecrasement: flags |= O_RDWR | O_CREAT | O_TRUNC; break;
+        }
+        int fd = ::open(chemin.c_str(), flags, 0644);
+        if (fd < 0) throw ErreurES(chemin, "ouverture impossible : " + raisonSysteme(errno));
+        struct stat st{};
+        if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode)) {
+            ::close(fd);
+            throw ErreurES(chemin, "ouverture impossible : c'est un dossier");
+        }
+        return std::make_unique<FichierPosix>(fd, chemin);
+    }
+
+    bool existe(const std::string& chemin) override {
+        struct stat st{};
+        return ::stat(chemin.c_str(), &st) == 0 && !S_ISDIR(st.st_mode);
+    }
+
+    void supprimer(const std::string& chemin) override {
+        if (::unlink(chemin.c_str()) != 0 && errno != ENOENT)
+            throw ErreurES(chemin, "suppression impossible : " + raisonSysteme(errno));
+    }
+
+    void renommer(const std::string& de, const std::string& vers) override {
+        if (::rename(de.c_str(), vers.c_str()) != 0)
+            throw ErreurES(de, "renommage impossible : " + raisonSysteme(errno));
+    }
+
+    void synchroniserDossier(const std::string& chemin) override {
+        std::string dossier = chemin;
+        auto p = dossier.find_last_of('/');
+        dossier = (p == std::string::npos) ? "." : (p == 0 ? "/" : dossier.substr(0, p));
+        int fd = ::open(dossier.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        if (fd < 0) return; // best effort: some file systems refuse it
+        ::fsync(fd);
+        ::close(fd);
+    }
+};
+
+} // namespace
+
+SystemeFichiers& systemeReel() {
+    static SystemePosix fs;
+    return fs;
+}
+
+std::string lireTout(SystemeFichiers& fs, const std::string& chemin) {
+    auto f = fs.ouvrir(chemin, Mode::Lecture);
+    return f->lire(0, static_cast<std::size_t>(f->taille()));
+}
+
+void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view donnees) {
+    auto f = fs.ouvrir(chemin, Mode::Ecrasement);
+    f->ecrire(0, donnees);
+}
+
+} // namespace sylvane

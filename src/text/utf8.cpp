@@ -1,0 +1,132 @@
+#include "text/utf8.h"
+
+#include <array>
+#include <unordered_map>
+
+namespace sylvane {
+namespace {
+
+// Code points of the bytes 0x80 to 0x9F.
+constexpr std::array<char32_t, 32> kHaut = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+char32_t versUnicode(unsigned char b) {
+    if (b >= 0x80 && b < 0xA0) return kHaut[b - 0x80];
+    return b;
+}
+
+const std::unordered_map<char32_t, unsigned char>& inverse() {
+    static const auto m = [] {
+        std::unordered_map<char32_t, unsigned char> t;
+        for (int b = 0; b < 256; ++b) t[versUnicode(static_cast<unsigned char>(b))] =
+            static_cast<unsigned char>(b);
+        return t;
+    }();
+    return m;
+}
+
+// Closest Latin form of characters outside Windows-1252: Latin Extended-A
+// and a few common signs. What is not here becomes "?".
+const char* approche(char32_t cp) {
+    static const std::unordered_map<char32_t, const char*> t = {
+        {0x0100, "A"}, {0x0101, "a"}, {0x0102, "A"}, {0x0103, "a"}, {0x0104, "A"}, {0x0105, "a"},
+        {0x0106, "C"}, {0x0107, "c"}, {0x0108, "C"}, {0x0109, "c"}, {0x010A, "C"}, {0x010B, "c"},
+        {0x010C, "C"}, {0x010D, "c"}, {0x010E, "D"}, {0x010F, "d"}, {0x0110, "D"}, {0x0111, "d"},
+        {0x0112, "E"}, {0x0113, "e"}, {0x0114, "E"}, {0x0115, "e"}, {0x0116, "E"}, {0x0117, "e"},
+        {0x0118, "E"}, {0x0119, "e"}, {0x011A, "E"}, {0x011B, "e"}, {0x011C, "G"}, {0x011D, "g"},
+        {0x011E, "G"}, {0x011F, "g"}, {0x0120, "G"}, {0x0121, "g"}, {0x0122, "G"}, {0x0123, "g"},
+        {0x0124, "H"}, {0x0125, "h"}, {0x0126, "H"}, {0x0127, "h"}, {0x0128, "I"}, {0x0129, "i"},
+        {0x012A, "I"}, {0x012B, "i"}, {0x012C, "I"}, {0x012D, "i"}, {0x012E, "I"}, {0x012F, "i"},
+        {0x0130, "I"}, {0x0131, "i"}, {0x0132, "IJ"}, {0x0133, "ij"}, {0x0134, "J"}, {0x0135, "j"},
+        {0x0136, "K"}, {0x0137, "k"}, {0x0139, "L"}, {0x013A, "l"}, {0x013B, "L"}, {0x013C, "l"},
+        {0x013D, "L"}, {0x013E, "l"}, {0x013F, "L"}, {0x0140, "l"}, {0x0141, "L"}, {0x0142, "l"},
+        {0x0143, "N"}, {0x0144, "n"}, {0x0145, "N"}, {0x0146, "n"}, {0x0147, "N"}, {0x0148, "n"},
+        {0x014C, "O"}, {0x014D, "o"}, {0x014E, "O"}, {0x014F, "o"}, {0x0150, "O"}, {0x0151, "o"},
+        {0x0154, "R"}, {0x0155, "r"}, {0x0156, "R"}, {0x0157, "r"}, {0x0158, "R"}, {0x0159, "r"},
+        {0x015A, "S"}, {0x015B, "s"}, {0x015C, "S"}, {0x015D, "s"}, {0x015E, "S"}, {0x015F, "s"},
+        {0x0162, "T"}, {0x0163, "t"}, {0x0164, "T"}, {0x0165, "t"}, {0x0166, "T"}, {0x0167, "t"},
+        {0x0168, "U"}, {0x0169, "u"}, {0x016A, "U"}, {0x016B, "u"}, {0x016C, "U"}, {0x016D, "u"},
+        {0x016E, "U"}, {0x016F, "u"}, {0x0170, "U"}, {0x0171, "u"}, {0x0172, "U"}, {0x0173, "u"},
+        {0x0174, "W"}, {0x0175, "w"}, {0x0176, "Y"}, {0x0177, "y"}, {0x0179, "Z"}, {0x017A, "z"},
+        {0x017B, "Z"}, {0x017C, "z"}, {0x017F, "s"}, {0x0218, "S"}, {0x0219, "s"}, {0x021A, "T"},
+        {0x021B, "t"}, {0x2010, "-"}, {0x2011, "-"}, {0x2012, "-"}, {0x2015, "-"}, {0x2032, "'"},
+        {0x2033, "\""}, {0x2044, "/"}, {0x2212, "-"}, {0x00A0, " "}, {0x202F, " "}, {0x2009, " "},
+        {0xFEFF, ""},
+    };
+    auto it = t.find(cp);
+    return it == t.end() ? nullptr : it->second;
+}
+
+} // namespace
+
+void AjouteUtf8(std::string& out, char32_t cp) {
+    if (cp < 0x80) {
+        out += static_cast<char>(cp);
+    } else if (cp < 0x800) {
+        out += static_cast<char>(0xC0 | (cp >> 6));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else if (cp < 0x10000) {
+        out += static_cast<char>(0xE0 | (cp >> 12));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (cp >> 18));
+        out += static_cast<char>(0x80 | ((cp >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((cp >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (cp & 0x3F));
+    }
+}
+
+std::string AnsiVersUtf8(std::string_view ansi) {
+    std::string out;
+    out.reserve(ansi.size() + ansi.size() / 8);
+    for (unsigned char b : ansi) AjouteUtf8(out, versUnicode(b));
+    return out;
+}
+
+std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
+    std::string out;
+    out.reserve(s.size());
+    const auto& inv = inverse();
+    std::size_t i = 0;
+    while (i < s.size()) {
+        auto b0 = static_cast<unsigned char>(s[i]);
+        if (b0 < 0x80) {
+            out += static_cast<char>(b0);
+            ++i;
+            continue;
+        }
+        int len = b0 >= 0xF0 && b0 < 0xF5 ? 4 : b0 >= 0xE0 ? 3 : b0 >= 0xC2 && b0 < 0xE0 ? 2 : 0;
+        char32_t cp = len == 2 ? (b0 & 0x1F) : len == 3 ? (b0 & 0x0F) : (b0 & 0x07);
+        bool ok = len > 0 && i + static_cast<std::size_t>(len) <= s.size();
+        for (int k = 1; ok && k < len; ++k) {
+            auto b = static_cast<unsigned char>(s[i + static_cast<std::size_t>(k)]);
+            if ((b & 0xC0) != 0x80) ok = false;
+            cp = (cp << 6) | (b & 0x3F);
+        }
+        if (ok && ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+                   (cp >= 0xD800 && cp <= 0xDFFF)))
+            ok = false;
+        if (!ok) { // not UTF-8: keep the byte as a Windows-1252 character
+            out += static_cast<char>(b0);
+            ++i;
+            continue;
+        }
+        i += static_cast<std::size_t>(len);
+        auto it = inv.find(cp);
+        if (it != inv.end()) {
+            out += static_cast<char>(it->second);
+        } else if (const char* a = approche(cp)) {
+            out += a;
+            if (remplaces && cp != 0xFEFF) ++*remplaces;
+        } else {
+            out += '?';
+            if (remplaces) ++*remplaces;
+        }
+    }
+    return out;
+}
+
+} // namespace sylvane
