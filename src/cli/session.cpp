@@ -1,0 +1,49 @@
+#include "cli/session.h"
+
+#include "cli/cli.h"
+#include "store/fichier.h"
+#include "text/utf8.h"
+
+#include <ostream>
+
+namespace sylvane::cli {
+
+Session::Session(std::ostream& e) : err(&e) {}
+
+Base& Session::Ouvre(const std::string& chemin) {
+    auto chemins = DeriveChemins(Ansi(chemin));
+    if (!systemeReel().existe(chemins.base))
+        throw std::runtime_error("base introuvable : " + AnsiVersUtf8(chemins.base));
+    base = std::make_unique<Base>(systemeReel(), parametres);
+    base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
+    base->Ouvre(chemins.base);
+    return *base;
+}
+
+Base& Session::Nouvelle(const std::string& chemin) {
+    base = std::make_unique<Base>(systemeReel(), parametres);
+    base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
+    base->Nouvelle(Ansi(chemin));
+    return *base;
+}
+
+nlohmann::json Texte(const std::string& ansi) { return AnsiVersUtf8(ansi); }
+std::string Ansi(const std::string& utf8) { return Utf8VersAnsi(utf8); }
+
+void Ligne(std::ostream& out, const nlohmann::json& j) { out << j.dump() << "\n"; }
+
+bool PersonneVivante(Base& b, std::uint32_t n) {
+    if (n == 0 || n > b.Tete().maxPersonne) return false;
+    std::string s = b.LitSexe(n);
+    return !s.empty() && s != " ";
+}
+
+std::uint32_t PersonneArgument(Base& b, const std::string& texte, const char* quoi) {
+    long v = EntierArgument(texte, quoi);
+    if (v <= 0 || !PersonneVivante(b, static_cast<std::uint32_t>(v)))
+        throw ErreurUsage{std::string(quoi) + " : aucune personne n\xC2\xB0 " + texte +
+                          " dans la base"};
+    return static_cast<std::uint32_t>(v);
+}
+
+} // namespace sylvane::cli

@@ -1,0 +1,394 @@
+// The open base: one binary file, its header, its block caches and its sort
+// tables. Every other part of the program reads and writes a base through
+// the accessors of this class, never through the file.
+//
+// Commit invariants (see also ValideBase):
+//  1. Everything written behind the committed file end (`ZoneFin` of the
+//     header on disk) is invisible until a header naming it is written.
+//  2. No byte at or before the committed file end is overwritten before a
+//     copy of the bytes it held at the last commit stands in the journal,
+//     and that journal has been synced.
+//  3. The header is written last, after a sync of everything it names, and
+//     the journal is deleted only after a sync of the header.
+// So a crash at any moment leaves, after the journal is replayed, exactly
+// the last committed base or the new one.
+#pragma once
+
+#include "store/fichier.h"
+#include "store/table_tri.h"
+#include "text/parametres.h"
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace sylvane {
+
+// The paths derived from the one the user chose.
+struct CheminsBase {
+    std::string base;    // extension "sv2"
+    std::string svr;     // exchange file
+    std::string journal; // extension "log"
+    std::string gedcom;  // extension "ged"
+    std::string titre;   // file name without folder and extension
+};
+
+// Everything before the first "." of the whole path is kept, so a folder
+// whose name holds a dot cuts the path there (as the program always did).
+CheminsBase DeriveChemins(const std::string& chemin);
+
+// The comparable form of a year: each blank "0", a "-" moved to the front.
+std::string CleAnnee(const std::string& an);
+
+// One rubric slot of the person sheet or of the marriage sheet.
+struct SlotRubrique {
+    char symbole = ' ';
+    char drapeau = ' '; // '1' for a rubric with a date
+    std::string tag;    // found in the rubric table at open
+};
+
+// The 500-byte header, field by field.
+struct Entete {
+    std::string banniere;
+    std::uint32_t zoneFin = 0;
+    std::uint32_t nbPersonnes = 0;  // live persons
+    std::uint32_t maxPersonne = 0;  // highest person number given
+    std::uint32_t maxMariage = 0;
+    char modeTri = '1';
+    std::uint32_t nbRubriques = 0;
+    std::uint32_t nbMots = 0;       // keyword entries
+    std::uint32_t maxDocument = 0;
+    std::uint32_t nbDocuments = 0;
+    std::uint32_t maxEvenement = 0;
+    std::uint32_t nbEvenements = 0;
+    char premierPrenom = '0';       // field 102
+    char particules = '0';          // field 103
+    std::uint32_t posRubriques = 0;
+    std::array<SlotRubrique, 10> rubriquesPersonne{};
+    std::array<SlotRubrique, 10> rubriquesMariage{};
+    std::uint32_t documentTitre = 0;
+};
+
+// A table of block positions and where it stands in the file.
+struct TableBlocs {
+    std::vector<std::uint32_t> positions;
+    std::uint32_t place = 0;  // 1-based position of the table in the file
+    bool deplacee = false;    // has outgrown its place
+};
+
+// Kinds of tables, in the order the header names them.
+enum class Table { Personnes, Mariages, Mots, Documents, Evenements, TriPersonnes, TriDocuments,
+                   TriEvenements };
+
+// Reports of the store: a damaged record, an inconsistent sort table. The
+// user interface shows them in a box; the command line prints them.
+using Signaleur = std::function<void(const std::string& texte)>;
+
+class Base {
+  public:
+    Base(SystemeFichiers& fs, const Parametres& parametres);
+    ~Base();
+    Base(const Base&) = delete;
+    Base& operator=(const Base&) = delete;
+
+    // --- Lifecycle --------------------------------------------------------
+    // A new base at this path (the file is written over). Throws ErreurES.
+    void Nouvelle(const std::string& chemin);
+    // Opens an existing base: replays a journal left by a crash, reads the
+    // header, the tables and the sort tables. Throws ErreurES.
+    void Ouvre(const std::string& chemin);
+    // Commit: runs only when something was modified.
+    void ValideBase();
+    // Commit and close.
+    void FermeBase();
+    // Save: commit, then go on with the base open.
+    void MnuEnregistrer();
+    // The minute tick of the automatic save. Returns true when it saved.
+    bool TicMinuterie();
+    // Closes without commit: what was not committed is dropped; the journal
+    // brings the file back to the last commit at the next open.
+    void Abandonne();
+    bool EstOuverte() const { return fichier_ != nullptr; }
+    const CheminsBase& Chemins() const { return chemins_; }
+    bool Modifiee() const;
+
+    void SetSignaleur(Signaleur s) { signaleur_ = std::move(s); }
+    void Signale(const std::string& texte) const;
+
+    // --- Header -----------------------------------------------------------
+    const Entete& Tete() const { return entete_; }
+    Entete& TeteModifiable() { marqueModif_ = true; return entete_; }
+    void InitBase();
+    void LitEntete();
+    void EcritEntete();
+    void RazJournal();
+    void RejoueJournal();
+    void SauveAvant(std::uint32_t position, std::uint32_t taille);
+
+    // --- Raw file access for the stores (1-based positions) ---------------
+    std::string Lire(std::uint32_t position, std::size_t n);
+    // Reads a text ended by "#", in chunks of `morceau` bytes, at most
+    // `limite` bytes (0: up to the end of the file). `trop` tells whether the
+    // limit was reached without "#".
+    std::string LireTexte(std::uint32_t position, std::size_t morceau, std::size_t limite,
+                          bool* trop = nullptr);
+    // Appends at ZoneFin + 1 and returns the position written.
+    std::uint32_t Ajouter(std::string_view donnees);
+    // Writes in place, under the journal.
+    void EcrireEnPlace(std::uint32_t position, std::string_view donnees);
+    std::uint32_t ZoneFin() const { return entete_.zoneFin; }
+
+    // Block tables, shared by the five block stores.
+    TableBlocs& TableDe(Table t) { return tables_[static_cast<int>(t)]; }
+    std::uint32_t PositionBloc(Table t, std::uint32_t bloc);
+    // The block write: allocates the block at the file end when it has no
+    // position yet, otherwise writes it in place.
+    void EcritBlocTable(Table t, std::uint32_t bloc, std::string_view donnees);
+    void MarqueModif() { marqueModif_ = true; }
+
+    // --- Person store -----------------------------------------------------
+    std::string LitSexe(std::uint32_t n);
+    std::uint32_t LitPere(std::uint32_t n);
+    std::uint32_t LitMere(std::uint32_t n);
+    std::string LitAnNaiss(std::uint32_t n);
+    std::string LitAnDeces(std::uint32_t n);
+    std::string CleAnNaiss(std::uint32_t n);
+    std::string CleAnDeces(std::uint32_t n);
+    std::string LitIdentite(std::uint32_t n);
+    std::string LitNom(std::uint32_t n);
+    std::string LitPrenom(std::uint32_t n);
+    std::string LitAutrePrenom(std::uint32_t n);
+    std::string LitDateNaiss(std::uint32_t n);
+    std::string LitDateDeces(std::uint32_t n);
+    std::string LitNote(std::uint32_t n);
+    std::uint32_t MariageNo(std::uint32_t n, int i);
+    std::uint32_t EnfantNo(std::uint32_t n, int i);
+    std::uint32_t LienNo(std::uint32_t n, int i);
+    std::string TexteLienBrutNo(std::uint32_t n, int i); // the stored tag
+    std::uint32_t EvtNo(std::uint32_t n, int i);
+    std::string RoleEvtNo(std::uint32_t n, int i);       // the stored role tag
+    std::uint32_t DocNo(std::uint32_t n, int i);
+    // Whole lists as packed bytes (pairs for links and events).
+    std::string ListeMariages(std::uint32_t n);
+    std::string ListeEnfants(std::uint32_t n);
+    std::string ListeLiens(std::uint32_t n);
+    std::string ListeEvts(std::uint32_t n);
+    std::string ListeDocs(std::uint32_t n);
+    // Raw fields of the record, for the consistency control and the copy.
+    std::uint32_t PositionChamp(std::uint32_t n, int offset);
+
+    void EcritSexe(std::uint32_t n, std::string_view s);
+    void EcritPere(std::uint32_t n, std::uint32_t p);
+    void EcritMere(std::uint32_t n, std::uint32_t m);
+    void EcritAnNaiss(std::uint32_t n, std::string_view s);
+    void EcritAnDeces(std::uint32_t n, std::string_view s);
+    void EcritIdentite(std::uint32_t n, std::string_view s);
+    void EcritNote(std::uint32_t n, std::string_view s);
+    void MajMariages(std::uint32_t n, std::uint32_t m, char op);
+    void MajEnfants(std::uint32_t n, std::uint32_t c, char op);
+    void MajLiens(std::uint32_t n, std::uint32_t p, std::string_view texte, char op);
+    void MajEvts(std::uint32_t n, std::uint32_t e, std::string_view role, char op);
+    void MajDocs(std::uint32_t n, std::uint32_t d, char op);
+    void TriEvts(std::uint32_t n);
+    // Writes of a whole list (packed bytes; pairs for links and events,
+    // given as number + text). An empty value clears the field.
+    void EcritListeMariages(std::uint32_t n, std::string_view liste);
+    void EcritListeEnfants(std::uint32_t n, std::string_view liste);
+    void EcritListeDocs(std::uint32_t n, std::string_view liste);
+    void EcritListeLiens(std::uint32_t n, const std::vector<std::pair<std::uint32_t, std::string>>& l);
+    void EcritListeEvts(std::uint32_t n, const std::vector<std::pair<std::uint32_t, std::string>>& l);
+
+    std::string NomComplet(std::uint32_t n);
+    std::string NomDates(std::uint32_t n);
+
+    // Creation and deletion by the rules of the forms.
+    std::uint32_t CreePersonne(std::string_view nom, std::string_view prenom,
+                               std::string_view autresPrenoms, char sexe,
+                               std::string_view anNaiss, std::string_view dateNaiss = {},
+                               std::string_view anDeces = {}, std::string_view dateDeces = {});
+    // Returns 0 when deleted, else the message number of the refusal.
+    int RefusSuppressionPersonne(std::uint32_t n);
+    int SupprimePersonne(std::uint32_t n);
+    // Builds the first line of a person's note (the keyword line).
+    std::string LigneMotsCles(std::uint32_t n, std::string_view lieuNaiss = {},
+                              std::string_view lieuDeces = {});
+
+    // Whether the person sheet must be redrawn (set by the list writers).
+    bool redessiner = false;
+
+    // --- Marriage store ---------------------------------------------------
+    std::uint32_t LitMari(std::uint32_t m);
+    std::uint32_t LitFemme(std::uint32_t m);
+    std::string LitAnMariage(std::uint32_t m);
+    std::string LitAnFin(std::uint32_t m);
+    std::string CleAnMariage(std::uint32_t m);
+    std::string CleAnFin(std::uint32_t m);
+    std::string LitNoteMariage(std::uint32_t m);
+    void EcritMari(std::uint32_t m, std::uint32_t p);
+    void EcritFemme(std::uint32_t m, std::uint32_t p);
+    void EcritAnMariage(std::uint32_t m, std::string_view s);
+    void EcritAnFin(std::uint32_t m, std::string_view s);
+    void EcritNoteMariage(std::uint32_t m, std::string_view s);
+    std::uint32_t CreeMariage(std::uint32_t mari, std::uint32_t femme, std::string_view an = {},
+                              std::string_view anFin = {});
+
+    // --- Sort tables ------------------------------------------------------
+    std::uint32_t TriFiche(std::size_t i) const { return triPersonnes_.at(i); }
+    std::uint32_t TriDoc(std::size_t i) const { return triDocuments_.at(i); }
+    std::uint32_t TriEvt(std::size_t i) const { return triEvenements_.at(i); }
+    TableTri& TablePersonnes() { return triPersonnes_; }
+    TableTri& TableDocuments() { return triDocuments_; }
+    TableTri& TableEvenements() { return triEvenements_; }
+    std::uint32_t PlaceFiche(std::uint32_t n);
+    // Place of an existing person in the table, 0 if absent.
+    std::uint32_t TrouvePlaceFiche(std::uint32_t n);
+    void MajTriFiche(std::size_t i, std::uint32_t n, char op);
+    // The comparison string of a person under the current sort mode.
+    std::string CleTriFiche(std::uint32_t n);
+    // Sorts the whole person table under the current mode (modes "1" and "2").
+    void TriTable(const std::function<bool(std::size_t, std::size_t)>& progres = {});
+    // Replaces the number at place i; a table too short gets it in front.
+    void PlaceTriFiche(std::size_t i, std::uint32_t n);
+    bool triPersonnesModifie = false;
+    bool triDocumentsModifie = false;
+    bool triEvenementsModifie = false;
+    std::string SansParticule(std::string_view nom) const;
+    // Forgets the comparison strings (after a change of sort mode or of
+    // the particle option).
+    void OublieCles();
+
+    // --- Rubrics ----------------------------------------------------------
+    std::string LitRubrique(std::uint32_t k);
+    std::uint32_t PosListeRubrique(std::uint32_t k);
+    void EcritRubrique(std::uint32_t k, char symbole, std::string_view tag,
+                       std::uint32_t position);
+    std::array<std::uint32_t, 50>& TableRubriques() { return rubriques_; }
+
+    // --- Links to the stores and numberings of other units ----------------
+    // Keyword index update for a changed note (empty until the index exists).
+    void MajMots(std::uint32_t n, std::string_view ancienne, std::string_view nouvelle);
+    // Date value of an event, by which a person's events are ordered.
+    long ValeurDateEvt(std::uint32_t e);
+    // Called when a parent of a person changes (the numberings go stale).
+    std::function<void(std::uint32_t personne, std::uint32_t parent)> parentChange_;
+    // Called when a person number is given (the numberings grow).
+    std::function<void(std::uint32_t personne)> personneCreee_;
+    // Value of a display-name tag that is no identity field (NUMB, rubrics).
+    std::function<std::string(std::uint32_t personne, const std::string& tag)> valeurNom_;
+
+    // --- Settings of the process -----------------------------------------
+    const Parametres& Params() const { return parametres_; }
+
+    // Statistics for tests and benchmarks.
+    struct Compteurs {
+        long lecturesBlocPersonne = 0;
+        long ecrituresBlocPersonne = 0;
+        long lecturesBlocMariage = 0;
+        long ecrituresBlocMariage = 0;
+    };
+    const Compteurs& Stats() const { return stats_; }
+    // Block numbers held by the person and marriage caches, in cache order
+    // (least recently used or first loaded first).
+    std::vector<std::uint32_t> BlocsCachePersonnes() const;
+    std::vector<std::uint32_t> BlocsCacheMariages() const;
+
+  private:
+    // --- Base file
+    void Ferme();
+    void LitTables();
+    void LitTablesTri();
+    void EcritTriFiche();
+    void EcritTriDoc();
+    void EcritTriEvt();
+    // Flush of the keyword, document and event caches at the commit.
+    void EcritPaireMots();
+    void EcritPaireDocuments();
+    void EcritPaireEvenements();
+    void EcritUneTableTri(Table t, TableTri& table, std::uint32_t nombre);
+    void ViderTampon();
+    void SynchroniserJournal();
+    void Journaliser(std::uint64_t debut, std::uint64_t fin);
+    bool Couvert(std::uint64_t debut, std::uint64_t fin) const;
+    bool ConditionTable(Table t) const;
+    std::uint32_t EntreesTable(Table t) const;
+
+    // --- Person cache
+    struct Slot {
+        std::string donnees;
+        std::uint32_t bloc = 0;
+        bool sale = false;
+    };
+    void LitFiche(std::uint32_t n);
+    char* Enreg();
+    void EcritBloc(int slot);
+    void EcritFiches();
+    void RazFiches();
+    void Salir();
+    std::string LitListe(std::uint32_t n, int offset, int taille, int pas,
+                         std::pair<std::uint32_t, std::string>& cache);
+    void EcritListe(std::uint32_t n, int offset, std::string_view liste,
+                    std::pair<std::uint32_t, std::string>& cache);
+    void LitIdentiteCache(std::uint32_t n);
+    std::string LitTextePaire(std::uint32_t pos);
+    std::vector<std::pair<std::uint32_t, std::string>> PairesTexte(std::string_view liste);
+    void OublieCle(std::uint32_t n);
+    std::string Annee(const char* p) const;
+
+    // --- Marriage cache
+    void LitMariage(std::uint32_t m);
+    char* EnregMariage();
+    void EcritBlocMariage(int slot);
+    void EcritMariages();
+    void RazMariages();
+
+    SystemeFichiers& fs_;
+    const Parametres& parametres_;
+    Signaleur signaleur_;
+    CheminsBase chemins_;
+    std::unique_ptr<Fichier> fichier_;
+    std::unique_ptr<Fichier> journal_;
+    bool journalASynchroniser_ = false;
+    std::map<std::uint64_t, std::uint64_t> couvert_; // journaled byte ranges [a, b)
+    std::uint32_t zoneFinValidee_ = 0;               // file end of the last commit
+    std::string tampon_;                             // appends not yet written
+    std::uint32_t debutTampon_ = 0;                  // position of tampon_[0]
+    Entete entete_;
+    std::array<TableBlocs, 8> tables_;
+    std::array<std::uint32_t, 50> rubriques_{};
+    std::uint32_t rubriqueCache_ = 0;
+    std::string rubriqueTexte_;
+    std::uint32_t rubriqueListe_ = 0;
+    bool marqueModif_ = false;
+    int minutes_ = 0;
+
+    TableTri triPersonnes_, triDocuments_, triEvenements_;
+    std::vector<std::string> cles_; // comparison strings by person number
+    std::uint32_t dernierePlace_ = 1;
+
+    std::array<Slot, 20> slots_;
+    std::array<int, 20> ordre_{};
+    int slotCourant_ = -1;
+    int enregCourant_ = 0;
+    std::uint32_t noCourant_ = 0;
+    std::uint32_t identiteNo_ = 0;
+    std::string identiteBrute_;
+    std::array<std::string, 5> identite_;
+    std::pair<std::uint32_t, std::string> cacheNote_, cacheMariages_, cacheEnfants_, cacheLiens_,
+        cacheEvts_, cacheDocs_;
+
+    std::array<Slot, 40> slotsM_;
+    std::array<int, 40> ordreM_{};
+    int slotCourantM_ = -1;
+    int enregCourantM_ = 0;
+    std::uint32_t noCourantM_ = 0;
+    std::pair<std::uint32_t, std::string> cacheNoteMariage_;
+
+    Compteurs stats_;
+};
+
+} // namespace sylvane

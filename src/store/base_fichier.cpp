@@ -1,0 +1,610 @@
+// The base file proper: header, block tables, journal, commit and lifecycle.
+#include "store/base.h"
+
+#include "store/pack.h"
+#include "text/mots.h"
+
+#include <algorithm>
+
+namespace sylvane {
+namespace {
+
+constexpr std::uint32_t kTailleEntete = 500;
+constexpr std::size_t kTailleJournal = 1000;
+constexpr std::size_t kTampon = 1 << 20;
+const char* const kBanniere = "[Sylvane Version 2001.0]";
+
+struct FormeTable {
+    std::uint32_t offsetEntete; // 1-based header position of the table's place
+    std::uint32_t diviseur;     // records per block
+};
+
+// Per table kind: header field and records per block.
+constexpr FormeTable kFormes[8] = {
+    {73, 100}, {77, 100}, {154, 400}, {85, 1000}, {93, 1000}, {81, 1000}, {89, 1000}, {97, 1000}};
+
+void Pose4(std::string& s, std::uint32_t pos1, std::uint32_t v) {
+    s.replace(pos1 - 1, 4, Pack4(v));
+}
+
+} // namespace
+
+CheminsBase DeriveChemins(const std::string& chemin) {
+    CheminsBase c;
+    auto point = chemin.find('.');
+    std::string souche = point == std::string::npos ? chemin : chemin.substr(0, point);
+    c.base = souche + ".sv2";
+    c.svr = souche + ".svr";
+    c.journal = souche + ".log";
+    c.gedcom = souche + ".ged";
+    auto slash = souche.find_last_of("/\\");
+    c.titre = slash == std::string::npos ? souche : souche.substr(slash + 1);
+    return c;
+}
+
+Base::Base(SystemeFichiers& fs, const Parametres& parametres)
+    : fs_(fs), parametres_(parametres) {}
+
+Base::~Base() {
+    // A base still open here was not closed by its owner: keep the journal
+    // so that the next open falls back on the last commit.
+    fichier_.reset();
+    journal_.reset();
+}
+
+void Base::Signale(const std::string& texte) const {
+    if (signaleur_) signaleur_(texte);
+}
+
+bool Base::Modifiee() const {
+    return marqueModif_ || triPersonnesModifie || triDocumentsModifie || triEvenementsModifie;
+}
+
+// --- Raw access -------------------------------------------------------------
+
+void Base::ViderTampon() {
+    if (tampon_.empty()) return;
+    fichier_->ecrire(debutTampon_ - 1, tampon_);
+    tampon_.clear();
+}
+
+std::string Base::Lire(std::uint32_t position, std::size_t n) {
+    if (position == 0 || !fichier_) return {};
+    if (!tampon_.empty() && position + n > debutTampon_) ViderTampon();
+    return fichier_->lire(position - 1, n);
+}
+
+std::string Base::LireTexte(std::uint32_t position, std::size_t morceau, std::size_t limite,
+                            bool* trop) {
+    if (trop) *trop = false;
+    if (position == 0 || !fichier_) return {};
+    std::string r;
+    std::uint32_t p = position;
+    for (;;) {
+        std::string c = Lire(p, morceau);
+        auto d = c.find('#');
+        if (d != std::string::npos) {
+            r.append(c, 0, d);
+            break;
+        }
+        r += c;
+        if (limite && r.size() >= limite) {
+            if (trop) *trop = true;
+            break;
+        }
+        if (c.size() < morceau) break; // end of file
+        p += static_cast<std::uint32_t>(c.size());
+    }
+    if (limite && r.size() > limite) r.resize(limite);
+    return r;
+}
+
+std::uint32_t Base::Ajouter(std::string_view donnees) {
+    std::uint32_t pos = entete_.zoneFin + 1;
+    if (tampon_.empty()) debutTampon_ = pos;
+    tampon_.append(donnees);
+    entete_.zoneFin += static_cast<std::uint32_t>(donnees.size());
+    marqueModif_ = true;
+    if (tampon_.size() >= kTampon) ViderTampon();
+    return pos;
+}
+
+bool Base::Couvert(std::uint64_t debut, std::uint64_t fin) const {
+    auto it = couvert_.upper_bound(debut);
+    if (it == couvert_.begin()) return false;
+    --it;
+    return it->first <= debut && it->second >= fin;
+}
+
+void Base::Journaliser(std::uint64_t debut, std::uint64_t fin) {
+    // Offsets are 0-based; only what the last commit knows needs a copy.
+    fin = std::min<std::uint64_t>(fin, zoneFinValidee_);
+    if (debut >= fin || Couvert(debut, fin)) return;
+    if (!journal_) journal_ = fs_.ouvrir(chemins_.journal, Mode::Creation);
+    std::uint64_t fj = journal_->taille();
+    fj -= fj % (kTailleJournal + 4);
+    std::string lot;
+    std::uint64_t nb = (fin - debut + kTailleJournal - 1) / kTailleJournal;
+    for (std::uint64_t i = 0; i < nb; ++i) {
+        std::uint64_t off = debut + i * kTailleJournal;
+        std::string avant = fichier_->lire(off, kTailleJournal);
+        avant.resize(kTailleJournal, '\0');
+        lot += Pack4(static_cast<std::uint32_t>(off + 1));
+        lot += avant;
+    }
+    journal_->ecrire(fj, lot);
+    journalASynchroniser_ = true;
+    // Merge [debut, debut + nb * 1000) into the covered ranges.
+    std::uint64_t a = debut, b = debut + nb * kTailleJournal;
+    auto it = couvert_.upper_bound(a);
+    if (it != couvert_.begin()) {
+        auto p = std::prev(it);
+        if (p->second >= a) {
+            a = p->first;
+            b = std::max(b, p->second);
+            it = couvert_.erase(p);
+        }
+    }
+    while (it != couvert_.end() && it->first <= b) {
+        b = std::max(b, it->second);
+        it = couvert_.erase(it);
+    }
+    couvert_[a] = b;
+}
+
+void Base::SynchroniserJournal() {
+    if (journalASynchroniser_ && journal_) {
+        journal_->synchroniser();
+        journalASynchroniser_ = false;
+    }
+}
+
+void Base::SauveAvant(std::uint32_t position, std::uint32_t taille) {
+    Journaliser(position - 1, std::uint64_t(position - 1) + taille);
+}
+
+void Base::EcrireEnPlace(std::uint32_t position, std::string_view donnees) {
+    if (!tampon_.empty() && position + donnees.size() > debutTampon_) ViderTampon();
+    Journaliser(position - 1, std::uint64_t(position - 1) + donnees.size());
+    SynchroniserJournal();
+    fichier_->ecrire(position - 1, donnees);
+    marqueModif_ = true;
+}
+
+// --- Block tables -----------------------------------------------------------
+
+bool Base::ConditionTable(Table t) const {
+    switch (t) {
+    case Table::Personnes:
+    case Table::TriPersonnes: return entete_.nbPersonnes != 0;
+    case Table::Mariages: return entete_.maxMariage != 0;
+    case Table::Mots: return entete_.nbMots != 0;
+    case Table::Documents:
+    case Table::TriDocuments: return entete_.nbDocuments != 0;
+    case Table::Evenements:
+    case Table::TriEvenements: return entete_.nbEvenements != 0;
+    }
+    return false;
+}
+
+std::uint32_t Base::EntreesTable(Table t) const {
+    std::uint32_t compte = 0;
+    switch (t) {
+    case Table::Personnes: compte = entete_.maxPersonne; break;
+    case Table::Mariages: compte = entete_.maxMariage; break;
+    case Table::Mots: compte = entete_.nbMots; break;
+    case Table::Documents: compte = entete_.maxDocument; break;
+    case Table::Evenements: compte = entete_.maxEvenement; break;
+    case Table::TriPersonnes: compte = entete_.nbPersonnes; break;
+    case Table::TriDocuments: compte = entete_.nbDocuments; break;
+    case Table::TriEvenements: compte = entete_.nbEvenements; break;
+    }
+    // The old program computed (count - 1) / size + 1 in signed arithmetic:
+    // a count of 0 gives 0 + 1 = 1 entry... but only under the condition,
+    // which excludes 0 for every table but persons (highest number 0 with
+    // live persons is a damaged header: read one entry).
+    return compte == 0 ? 1 : (compte - 1) / kFormes[static_cast<int>(t)].diviseur + 1;
+}
+
+std::uint32_t Base::PositionBloc(Table t, std::uint32_t bloc) {
+    auto& tb = tables_[static_cast<int>(t)];
+    if (bloc == 0) return 0;
+    if (bloc > tb.positions.size()) {
+        tb.deplacee = true;
+        return 0;
+    }
+    return tb.positions[bloc - 1];
+}
+
+void Base::EcritBlocTable(Table t, std::uint32_t bloc, std::string_view donnees) {
+    auto& tb = tables_[static_cast<int>(t)];
+    std::uint32_t pos = PositionBloc(t, bloc);
+    if (pos == 0) {
+        pos = Ajouter(donnees);
+        if (tb.positions.size() < bloc) tb.positions.resize(bloc, 0);
+        tb.positions[bloc - 1] = pos;
+    } else {
+        EcrireEnPlace(pos, donnees);
+    }
+    marqueModif_ = true;
+}
+
+void Base::LitTables() {
+    const std::uint64_t taille = fichier_->taille();
+    for (int k = 0; k < 8; ++k) {
+        auto t = static_cast<Table>(k);
+        auto& tb = tables_[k];
+        tb = TableBlocs{};
+        if (!ConditionTable(t)) continue;
+        std::uint32_t place = Unpack4(Lire(kFormes[k].offsetEntete, 4));
+        std::uint64_t n = EntreesTable(t);
+        // Never read beyond the file: a damaged header gives a short table.
+        if (place == 0 || place > taille) n = 0;
+        else n = std::min<std::uint64_t>(n, (taille - (place - 1)) / 4);
+        tb.place = place;
+        std::string o = Lire(place, static_cast<std::size_t>(n * 4));
+        tb.positions.resize(o.size() / 4);
+        for (std::size_t i = 0; i < tb.positions.size(); ++i) tb.positions[i] = Unpack4(o, i * 4);
+    }
+}
+
+// --- Header -----------------------------------------------------------------
+
+void Base::LitEntete() {
+    std::string h = Lire(1, kTailleEntete);
+    h.resize(kTailleEntete, '\0');
+    Entete e;
+    e.banniere = TrimDroite(h.substr(0, 30));
+    e.zoneFin = Unpack4(h, 30);
+    e.nbPersonnes = Unpack4(h, 34);
+    e.maxPersonne = Unpack4(h, 38);
+    e.maxMariage = Unpack4(h, 42);
+    e.modeTri = h[47];
+    if (e.modeTri != '0' && e.modeTri != '1' && e.modeTri != '2') e.modeTri = '0';
+    e.nbRubriques = std::min<std::uint32_t>(Unpack2(h, 48), 50);
+    e.nbMots = Unpack4(h, 52);
+    e.maxDocument = Unpack4(h, 56);
+    e.nbDocuments = Unpack4(h, 60);
+    e.maxEvenement = Unpack4(h, 64);
+    e.nbEvenements = Unpack4(h, 68);
+    e.premierPrenom = h[101] == '1' ? '1' : '0';
+    e.particules = h[102] == '1' ? '1' : '0';
+    e.posRubriques = Unpack4(h, 103);
+    for (int i = 0; i < 10; ++i) {
+        e.rubriquesPersonne[i].symbole = h[108 + 2 * i];
+        e.rubriquesPersonne[i].drapeau = h[109 + 2 * i];
+        e.rubriquesMariage[i].symbole = h[128 + 2 * i];
+        e.rubriquesMariage[i].drapeau = h[129 + 2 * i];
+    }
+    e.documentTitre = h[148] == '1' ? Unpack4(h, 149) : 0;
+    entete_ = e;
+
+    // The file end can't lie beyond the file: a damaged value would make
+    // the next append leave a hole of garbage, or wrap around.
+    const std::uint64_t taille = fichier_->taille();
+    if (entete_.zoneFin > taille) entete_.zoneFin = static_cast<std::uint32_t>(taille);
+    zoneFinValidee_ = entete_.zoneFin;
+
+    rubriques_.fill(0);
+    if (entete_.posRubriques != 0 && entete_.posRubriques <= taille) {
+        std::string r = Lire(entete_.posRubriques, 200);
+        for (std::size_t k = 0; k < 50 && k * 4 + 4 <= r.size(); ++k)
+            rubriques_[k] = Unpack4(r, k * 4);
+    }
+    rubriqueCache_ = 0;
+    LitTables();
+}
+
+void Base::EcritEntete() {
+    // 1. The rubric table, in place.
+    if (entete_.posRubriques != 0) {
+        std::string r;
+        for (auto p : rubriques_) r += Pack4(p);
+        EcrireEnPlace(entete_.posRubriques, r);
+    }
+    // 2. The tables, in the order of the old program.
+    static constexpr Table ordre[8] = {Table::TriPersonnes, Table::Personnes,  Table::Mariages,
+                                       Table::Mots,         Table::Documents,  Table::TriDocuments,
+                                       Table::Evenements,   Table::TriEvenements};
+    for (Table t : ordre) {
+        auto& tb = tables_[static_cast<int>(t)];
+        if (!ConditionTable(t)) {
+            tb.place = 0;
+            continue;
+        }
+        std::string o;
+        o.reserve(tb.positions.size() * 4);
+        for (auto p : tb.positions) o += Pack4(p);
+        if (tb.deplacee || tb.place == 0) {
+            tb.place = o.empty() ? 0 : Ajouter(o);
+            tb.deplacee = false;
+        } else if (!o.empty()) {
+            EcrireEnPlace(tb.place, o);
+        }
+    }
+    // 3. The header, in one piece, after everything it names is durable.
+    std::string h(kTailleEntete, '\0');
+    std::string b = entete_.banniere.substr(0, 30);
+    b.resize(30, ' ');
+    h.replace(0, 30, b);
+    Pose4(h, 31, entete_.zoneFin);
+    Pose4(h, 35, entete_.nbPersonnes);
+    Pose4(h, 39, entete_.maxPersonne);
+    Pose4(h, 43, entete_.maxMariage);
+    h[47] = entete_.modeTri;
+    h.replace(48, 2, Pack2(entete_.nbRubriques));
+    Pose4(h, 53, entete_.nbMots);
+    Pose4(h, 57, entete_.maxDocument);
+    Pose4(h, 61, entete_.nbDocuments);
+    Pose4(h, 65, entete_.maxEvenement);
+    Pose4(h, 69, entete_.nbEvenements);
+    for (int k = 0; k < 8; ++k) Pose4(h, kFormes[k].offsetEntete, tables_[k].place);
+    h[101] = entete_.premierPrenom == '1' ? '1' : '0';
+    h[102] = entete_.particules == '1' ? '1' : '0';
+    Pose4(h, 104, entete_.posRubriques);
+    for (int i = 0; i < 10; ++i) {
+        h[108 + 2 * i] = entete_.rubriquesPersonne[i].symbole;
+        h[109 + 2 * i] = entete_.rubriquesPersonne[i].drapeau;
+        h[128 + 2 * i] = entete_.rubriquesMariage[i].symbole;
+        h[129 + 2 * i] = entete_.rubriquesMariage[i].drapeau;
+    }
+    h[148] = entete_.documentTitre ? '1' : '0';
+    Pose4(h, 150, entete_.documentTitre);
+
+    ViderTampon();
+    Journaliser(0, kTailleEntete);
+    SynchroniserJournal();
+    fichier_->synchroniser();
+    fichier_->ecrire(0, h);
+    fichier_->synchroniser();
+    zoneFinValidee_ = entete_.zoneFin;
+    // 4. Only now is the previous state given up.
+    RazJournal();
+}
+
+void Base::RazJournal() {
+    journal_.reset();
+    journalASynchroniser_ = false;
+    couvert_.clear();
+    for (auto& tb : tables_) tb.deplacee = false;
+    fs_.supprimer(chemins_.journal);
+    fs_.synchroniserDossier(chemins_.journal);
+}
+
+void Base::RejoueJournal() {
+    std::string j = lireTout(fs_, chemins_.journal);
+    const std::size_t r = kTailleJournal + 4;
+    const std::size_t nb = j.size() / r; // a short final record is skipped
+    // Newest record first, so that the oldest copy of a byte, which is the
+    // committed one, is the one that stays.
+    for (std::size_t i = nb; i-- > 0;) {
+        std::uint32_t pos = Unpack4(j, i * r);
+        if (pos == 0) continue; // a record that never reached the disk
+        fichier_->ecrire(pos - 1, std::string_view(j).substr(i * r + 4, kTailleJournal));
+    }
+    fichier_->synchroniser();
+    fs_.supprimer(chemins_.journal);
+    fs_.synchroniserDossier(chemins_.journal);
+}
+
+void Base::InitBase() {
+    entete_ = Entete{};
+    entete_.banniere = kBanniere;
+    entete_.zoneFin = 501;
+    entete_.modeTri = '1';
+    for (auto& tb : tables_) tb = TableBlocs{};
+    triPersonnes_.vider();
+    triDocuments_.vider();
+    triEvenements_.vider();
+    cles_.clear();
+    rubriques_.fill(0);
+    rubriqueCache_ = 0;
+    entete_.posRubriques = 501;
+    entete_.zoneFin += 200;
+    fichier_->ecrire(500, std::string(200, '\0'));
+    entete_.nbRubriques = 11;
+    struct R { const char* tag; char symbole; };
+    static constexpr R defaut[11] = {{"BIRN", '|'},  {"FNAM", '\xB6'}, {"BIRT", '$'},
+                                     {"MARR", '@'},  {"DEAT", '~'},    {"OCCU", '\\'},
+                                     {"CHR", '\xB0'}, {"BURI", '^'},    {"RESI", '%'},
+                                     {"DIV", '\xA4'}, {"OTHR", '\xB2'}};
+    std::uint32_t liste = entete_.zoneFin + 41;
+    EcritRubrique(1, defaut[0].symbole, defaut[0].tag, liste);
+    Ajouter(Pack4(0));
+    for (int k = 1; k < 11; ++k) EcritRubrique(k + 1, defaut[k].symbole, defaut[k].tag, liste);
+    for (auto& s : entete_.rubriquesPersonne) s = SlotRubrique{};
+    for (auto& s : entete_.rubriquesMariage) s = SlotRubrique{};
+    entete_.rubriquesPersonne[0] = {'\\', ' ', "OCCU"};
+    entete_.rubriquesPersonne[1] = {'\xB0', '1', "CHR"};
+    entete_.rubriquesPersonne[2] = {'^', '1', "BURI"};
+    entete_.rubriquesMariage[0] = {'\xA4', '1', "DIV"};
+    entete_.documentTitre = 0;
+    marqueModif_ = true;
+}
+
+void Base::LitTablesTri() {
+    auto lire = [this](Table t, TableTri& table, std::uint32_t nombre) {
+        table.vider();
+        if (nombre == 0) return;
+        const auto& tb = tables_[static_cast<int>(t)];
+        std::string o;
+        for (auto pos : tb.positions) {
+            if (pos == 0) break;
+            o += Lire(pos, 4000);
+            if (o.size() >= std::uint64_t(nombre) * 4) break;
+        }
+        if (o.size() > std::uint64_t(nombre) * 4) o.resize(std::size_t(nombre) * 4);
+        table.charger(o);
+    };
+    lire(Table::TriPersonnes, triPersonnes_, entete_.nbPersonnes);
+    lire(Table::TriDocuments, triDocuments_, entete_.nbDocuments);
+    lire(Table::TriEvenements, triEvenements_, entete_.nbEvenements);
+}
+
+void Base::EcritUneTableTri(Table t, TableTri& table, std::uint32_t nombre) {
+    auto& tb = tables_[static_cast<int>(t)];
+    std::string o = table.octets();
+    o.resize(std::size_t(nombre) * 4, '\0');
+    for (std::size_t k = 0, c = 0; k < o.size(); k += 4000, ++c) {
+        std::string morceau = o.substr(k, 4000);
+        morceau.resize(4000, ' ');
+        if (c < tb.positions.size() && tb.positions[c] != 0) {
+            EcrireEnPlace(tb.positions[c], morceau);
+        } else {
+            std::uint32_t pos = Ajouter(morceau);
+            if (c < tb.positions.size()) tb.positions[c] = pos;
+            else tb.positions.push_back(pos);
+            tb.deplacee = true;
+        }
+    }
+}
+
+void Base::EcritTriFiche() {
+    if (!triPersonnesModifie) return;
+    EcritUneTableTri(Table::TriPersonnes, triPersonnes_, entete_.nbPersonnes);
+    triPersonnesModifie = false;
+}
+
+void Base::EcritTriDoc() {
+    if (!triDocumentsModifie) return;
+    EcritUneTableTri(Table::TriDocuments, triDocuments_, entete_.nbDocuments);
+    triDocumentsModifie = false;
+}
+
+void Base::EcritTriEvt() {
+    if (!triEvenementsModifie) return;
+    EcritUneTableTri(Table::TriEvenements, triEvenements_, entete_.nbEvenements);
+    triEvenementsModifie = false;
+}
+
+// --- Lifecycle ----------------------------------------------------------------
+
+void Base::Ferme() {
+    fichier_.reset();
+    journal_.reset();
+    tampon_.clear();
+    couvert_.clear();
+    journalASynchroniser_ = false;
+    RazFiches();
+    RazMariages();
+    marqueModif_ = triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;
+}
+
+void Base::Nouvelle(const std::string& chemin) {
+    if (EstOuverte()) FermeBase();
+    chemins_ = DeriveChemins(chemin);
+    // A journal left beside an older file of this name belongs to it.
+    fs_.supprimer(chemins_.journal);
+    fichier_ = fs_.ouvrir(chemins_.base, Mode::Ecrasement);
+    RazFiches();
+    RazMariages();
+    zoneFinValidee_ = 0;
+    InitBase();
+    minutes_ = 0;
+}
+
+void Base::Ouvre(const std::string& chemin) {
+    if (EstOuverte()) FermeBase();
+    chemins_ = DeriveChemins(chemin);
+    fichier_ = fs_.ouvrir(chemins_.base, Mode::LectureEcriture);
+    try {
+        if (fs_.existe(chemins_.journal)) RejoueJournal();
+        RazFiches();
+        RazMariages();
+        tampon_.clear();
+        LitEntete();
+        triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;
+        LitTablesTri();
+        cles_.clear();
+        RazJournal();
+        // Find each sheet slot's tag by its symbol in the rubric table.
+        for (auto* slots : {&entete_.rubriquesPersonne, &entete_.rubriquesMariage}) {
+            for (auto& s : *slots) {
+                if (s.symbole == ' ' || s.symbole == '\0') break;
+                s.tag.clear();
+                for (std::uint32_t k = 1; k <= 50; ++k) {
+                    std::string r = LitRubrique(k);
+                    if (!r.empty() && r[0] == s.symbole) {
+                        s.tag = r.substr(1);
+                        break;
+                    }
+                }
+            }
+        }
+    } catch (...) {
+        Ferme();
+        throw;
+    }
+    marqueModif_ = false;
+    minutes_ = 0;
+}
+
+void Base::ValideBase() {
+    if (!EstOuverte() || !Modifiee()) return;
+    try {
+        entete_.banniere = kBanniere;
+        // Copy every block that will be overwritten first, with one sync,
+        // rather than one sync per block.
+        for (auto& s : slots_)
+            if (s.sale && s.bloc) {
+                auto p = PositionBloc(Table::Personnes, s.bloc);
+                if (p) Journaliser(p - 1, std::uint64_t(p - 1) + 6000);
+            }
+        for (auto& s : slotsM_)
+            if (s.sale && s.bloc) {
+                auto p = PositionBloc(Table::Mariages, s.bloc);
+                if (p) Journaliser(p - 1, std::uint64_t(p - 1) + 3000);
+            }
+        SynchroniserJournal();
+        // The order of the appends below is the layout of the file.
+        EcritFiches();
+        EcritMariages();
+        EcritTriFiche();
+        EcritPaireMots();
+        EcritPaireDocuments();
+        EcritTriDoc();
+        EcritPaireEvenements();
+        EcritTriEvt();
+        EcritEntete();
+        marqueModif_ = false;
+    } catch (...) {
+        // The file holds the last commit plus journaled changes: give the
+        // base up, so that the next open replays the journal.
+        Ferme();
+        throw;
+    }
+}
+
+void Base::FermeBase() {
+    if (!EstOuverte()) return;
+    ValideBase();
+    Ferme();
+}
+
+void Base::Abandonne() {
+    if (!EstOuverte()) return;
+    Ferme();
+}
+
+void Base::MnuEnregistrer() {
+    if (!EstOuverte()) return;
+    // The caches stay: they are clean after the commit.
+    ValideBase();
+    minutes_ = 0;
+}
+
+bool Base::TicMinuterie() {
+    if (!EstOuverte()) return false;
+    if (minutes_ <= parametres_.frequenceSauvegarde) {
+        // Forcing the system's buffers to disk: committed data is already
+        // durable, so this only flushes pending appends.
+        ViderTampon();
+        ++minutes_;
+        return false;
+    }
+    MnuEnregistrer();
+    minutes_ = 0;
+    return true;
+}
+
+} // namespace sylvane
