@@ -25,17 +25,16 @@ constexpr int oSexe = 0, oPere = 1, oMere = 7, oAnNaiss = 13, oAnDeces = 17, oId
 std::string CleAn(std::string an) {
     an.resize(4, ' ');
     for (char& c : an)
-        if (c == '\0') c = ' ';
-    bool moins = false;
-    for (char& c : an) {
-        if (c == ' ') c = '0';
-        else if (c == '-') {
-            c = '0';
-            moins = true;
-        }
-    }
-    if (moins) an[0] = '-';
-    return an;
+        if (c == ' ' || c == '\0') c = '0';
+    if (an.find('-') == std::string::npos) return an;
+    // A year before Christ, its sign anywhere: "850-" and "-850" both give
+    // "-850", which sorts before every year of the era.
+    std::string chiffres;
+    for (char c : an)
+        if (c != '-') chiffres += c;
+    chiffres.insert(0, 4 - chiffres.size(), '0');
+    chiffres[0] = '-';
+    return chiffres;
 }
 
 std::string Qualificatif(const std::string& date) {
