@@ -13,6 +13,7 @@ std::span<const Verbe> Verbes() {
               "add-person BASE.sv2 --name N --first F [--sex H|F|I] [--birth YEAR] "
               "[--father N] [--mother N]",
               VerbeAddPerson},
+        Verbe{"mes", "mes build SOURCE OUT.mes | mes dump FILE.mes", VerbeMes},
     };
     return table;
 }

@@ -15,5 +15,6 @@ int VerbeNew(const Arguments&, std::ostream&, std::ostream&);
 int VerbeInfo(const Arguments&, std::ostream&, std::ostream&);
 int VerbePersons(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAddPerson(const Arguments&, std::ostream&, std::ostream&);
+int VerbeMes(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli
