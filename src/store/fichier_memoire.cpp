@@ -98,6 +98,13 @@ void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
     fichiers_.erase(it);
 }
 
+void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
+    fichiers_.clear();
+    for (const auto& [nom, c] : autre.fichiers_) fichiers_[nom] = std::make_shared<Contenu>(*c);
+    proteges_ = autre.proteges_;
+    restant_ = -1;
+}
+
 void SystemeMemoire::simulerPanne() {
     for (auto& [nom, c] : fichiers_) c->courant = c->durable;
 }

@@ -41,6 +41,8 @@ class SystemeMemoire final : public SystemeFichiers {
 
     std::map<std::string, std::shared_ptr<Contenu>>& fichiers() { return fichiers_; }
     std::string contenu(const std::string& chemin);
+    // A deep copy: files with their current and durable contents.
+    void copieDe(const SystemeMemoire& autre);
 
     // Internal: counts an operation and throws when it has to fail.
     // Returns true when a torn write is to be made before failing.

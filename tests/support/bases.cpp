@@ -21,9 +21,11 @@ Etat Capture(Base& b) {
         p.note = b.LitNote(n);
         p.mariages = b.ListeMariages(n);
         p.enfants = b.ListeEnfants(n);
-        p.liens = b.ListeLiens(n);
-        for (int i = 1; b.LienNo(n, i); ++i) p.liens += "|" + b.TexteLienBrutNo(n, i);
-        p.evts = b.ListeEvts(n);
+        // Pairs hold file positions of their texts: compare the texts.
+        for (int i = 1; b.LienNo(n, i); ++i)
+            p.liens += std::to_string(b.LienNo(n, i)) + ":" + b.TexteLienBrutNo(n, i) + "|";
+        for (int i = 1; b.EvtNo(n, i); ++i)
+            p.evts += std::to_string(b.EvtNo(n, i)) + ":" + b.RoleEvtNo(n, i) + "|";
         p.docs = b.ListeDocs(n);
         e.personnes.push_back(p);
     }
