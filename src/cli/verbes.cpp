@@ -14,6 +14,10 @@ std::span<const Verbe> Verbes() {
               "[--father N] [--mother N]",
               VerbeAddPerson},
         Verbe{"mes", "mes build SOURCE OUT.mes | mes dump FILE.mes", VerbeMes},
+        Verbe{"text",
+              "text fold|phonetic|near|propre|particule|date|gedcom-date|display-date|"
+              "republican ...",
+              VerbeText},
     };
     return table;
 }

@@ -16,5 +16,6 @@ int VerbeInfo(const Arguments&, std::ostream&, std::ostream&);
 int VerbePersons(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAddPerson(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMes(const Arguments&, std::ostream&, std::ostream&);
+int VerbeText(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

@@ -53,10 +53,41 @@ const char* approche(char32_t cp) {
         {0x017B, "Z"}, {0x017C, "z"}, {0x017F, "s"}, {0x0218, "S"}, {0x0219, "s"}, {0x021A, "T"},
         {0x021B, "t"}, {0x2010, "-"}, {0x2011, "-"}, {0x2012, "-"}, {0x2015, "-"}, {0x2032, "'"},
         {0x2033, "\""}, {0x2044, "/"}, {0x2212, "-"}, {0x00A0, " "}, {0x202F, " "}, {0x2009, " "},
-        {0xFEFF, ""},
+        {0x2002, " "}, {0x2003, " "}, {0x2004, " "}, {0x2005, " "}, {0x2006, " "},
+        {0x2007, " "}, {0x2008, " "}, {0x200A, " "}, {0x2024, "."}, {0x2027, "."},
+        {0x2043, "-"}, {0x00AD, "-"}, {0x02BC, "\x92"}, {0x02B9, "'"}, {0x02BA, "\""},
+        {0x2039, "\x8B"}, {0xFB00, "ff"}, {0xFB01, "fi"}, {0xFB02, "fl"}, {0xFB03, "ffi"},
+        {0xFB04, "ffl"}, {0x1E9E, "SS"}, {0x0149, "'n"}, {0x014A, "N"}, {0x014B, "n"},
+        {0x01CD, "A"}, {0x01CE, "a"}, {0x01CF, "I"}, {0x01D0, "i"}, {0x01D1, "O"}, {0x01D2, "o"},
+        {0x01D3, "U"}, {0x01D4, "u"}, {0x1EBC, "E"}, {0x1EBD, "e"}, {0x1EF2, "Y"}, {0x1EF3, "y"},
     };
     auto it = t.find(cp);
     return it == t.end() ? nullptr : it->second;
+}
+
+// The letter that a base letter and a combining mark make in Windows-1252,
+// or '\0'.
+char compose(char base, char32_t marque) {
+    static const struct {
+        char32_t marque;
+        const char* bases;
+        const char* composes;
+    } table[] = {
+        {0x0300, "AEIOUaeiou", "\xC0\xC8\xCC\xD2\xD9\xE0\xE8\xEC\xF2\xF9"},
+        {0x0301, "AEIOUYaeiouy", "\xC1\xC9\xCD\xD3\xDA\xDD\xE1\xE9\xED\xF3\xFA\xFD"},
+        {0x0302, "AEIOUaeiou", "\xC2\xCA\xCE\xD4\xDB\xE2\xEA\xEE\xF4\xFB"},
+        {0x0303, "ANOano", "\xC3\xD1\xD5\xE3\xF1\xF5"},
+        {0x0308, "AEIOUYaeiouy", "\xC4\xCB\xCF\xD6\xDC\x9F\xE4\xEB\xEF\xF6\xFC\xFF"},
+        {0x030A, "Aa", "\xC5\xE5"},
+        {0x0327, "Cc", "\xC7\xE7"},
+        {0x030C, "SZsz", "\x8A\x8E\x9A\x9E"},
+    };
+    for (const auto& t : table) {
+        if (t.marque != marque) continue;
+        for (int k = 0; t.bases[k]; ++k)
+            if (t.bases[k] == base) return t.composes[k];
+    }
+    return '\0';
 }
 
 } // namespace
@@ -98,7 +129,10 @@ std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
             ++i;
             continue;
         }
-        int len = b0 >= 0xF0 && b0 < 0xF5 ? 4 : b0 >= 0xE0 ? 3 : b0 >= 0xC2 && b0 < 0xE0 ? 2 : 0;
+        int len = b0 >= 0xF0 && b0 < 0xF5   ? 4
+                  : b0 >= 0xE0 && b0 < 0xF0 ? 3
+                  : b0 >= 0xC2 && b0 < 0xE0 ? 2
+                                            : 0;
         char32_t cp = len == 2 ? (b0 & 0x1F) : len == 3 ? (b0 & 0x0F) : (b0 & 0x07);
         bool ok = len > 0 && i + static_cast<std::size_t>(len) <= s.size();
         for (int k = 1; ok && k < len; ++k) {
@@ -115,12 +149,27 @@ std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
             continue;
         }
         i += static_cast<std::size_t>(len);
+        if (cp == 0xFEFF && out.empty() && i == static_cast<std::size_t>(len))
+            continue; // a byte-order mark opening the text is no character
+        if (cp >= 0x0300 && cp <= 0x036F) {
+            // A combining mark: composed with the letter before it when
+            // Windows-1252 has the composed letter, else dropped (the
+            // letter is its closest Latin form) and counted.
+            if (!out.empty()) {
+                if (char c = compose(out.back(), cp)) {
+                    out.back() = c;
+                    continue;
+                }
+            }
+            if (remplaces) ++*remplaces;
+            continue;
+        }
         auto it = inv.find(cp);
         if (it != inv.end()) {
             out += static_cast<char>(it->second);
         } else if (const char* a = approche(cp)) {
             out += a;
-            if (remplaces && cp != 0xFEFF) ++*remplaces;
+            if (remplaces) ++*remplaces;
         } else {
             out += '?';
             if (remplaces) ++*remplaces;

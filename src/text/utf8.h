@@ -12,9 +12,18 @@ namespace sylvane {
 // same value, so that the conversion back is exact.
 std::string AnsiVersUtf8(std::string_view ansi);
 
-// UTF-8 to Windows-1252. A character that Windows-1252 cannot hold becomes
-// its closest Latin form ("ł" gives "l", "ő" gives "o", "œ" stays "œ"), and
-// "?" when it has none; `remplaces`, when given, counts those characters.
+// UTF-8 to Windows-1252. No character is lost without a trace:
+// - a character that Windows-1252 cannot hold becomes its closest Latin
+//   form ("ł" gives "l", "ő" gives "o", "ﬁ" gives "fi", a thin space a
+//   blank; "œ" stays "œ"), and "?" when it has none (Greek, Cyrillic, CJK,
+//   emoji ...);
+// - a combining mark (U+0300 to U+036F) is composed with the letter before
+//   it where Windows-1252 has the composed letter (decomposed "é" gives
+//   "é"); otherwise it is dropped, leaving the bare letter as the closest
+//   form;
+// - a byte-order mark at the very start is dropped, as it is no character.
+// `remplaces`, when given, counts every character replaced or dropped (the
+// opening byte-order mark and exact compositions excepted).
 // Malformed UTF-8 bytes are taken as Windows-1252 bytes of the same value.
 std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces = nullptr);
 
