@@ -249,7 +249,9 @@ class Base {
     std::uint32_t TrouvePlaceFiche(std::uint32_t n);
     void MajTriFiche(std::size_t i, std::uint32_t n, char op);
     // The comparison string of a person under the current sort mode.
-    std::string CleTriFiche(std::uint32_t n);
+    std::string CleTriFiche(std::uint32_t n) { return std::string(CleVue(n)); }
+    // The same, without a copy; valid until the next call.
+    std::string_view CleVue(std::uint32_t n);
     // Sorts the whole person table under the current mode (modes "1" and "2").
     void TriTable(const std::function<bool(std::size_t, std::size_t)>& progres = {});
     // Replaces the number at place i; a table too short gets it in front.
@@ -367,7 +369,13 @@ class Base {
     int minutes_ = 0;
 
     TableTri triPersonnes_, triDocuments_, triEvenements_;
-    std::vector<std::string> cles_; // comparison strings by person number
+    // Comparison strings by person number, packed in one arena: an entry
+    // of length 0 is not computed yet.
+    std::string clesArene_;
+    std::vector<std::uint32_t> cleDebut_;
+    std::vector<std::uint16_t> cleLongueur_;
+    std::size_t clesVivantes_ = 0;
+    std::string cleHorsCache_;
     std::uint32_t dernierePlace_ = 1;
 
     std::array<Slot, 20> slots_;

@@ -100,6 +100,9 @@ std::string Base::LireTexte(std::uint32_t position, std::size_t morceau, std::si
 }
 
 std::uint32_t Base::Ajouter(std::string_view donnees) {
+    if (std::uint64_t(entete_.zoneFin) + donnees.size() >= 0xFFFFFFF0u)
+        throw ErreurES(chemins_.base, "la base a atteint sa taille maximale (4 Go) : "
+                                      "r\xE9organisez-la");
     std::uint32_t pos = entete_.zoneFin + 1;
     if (tampon_.empty()) debutTampon_ = pos;
     tampon_.append(donnees);
@@ -244,8 +247,31 @@ void Base::LitTables() {
         tb.place = place;
         std::string o = Lire(place, static_cast<std::size_t>(n * 4));
         tb.positions.resize(o.size() / 4);
-        for (std::size_t i = 0; i < tb.positions.size(); ++i) tb.positions[i] = Unpack4(o, i * 4);
+        for (std::size_t i = 0; i < tb.positions.size(); ++i) {
+            tb.positions[i] = Unpack4(o, i * 4);
+            // Beyond the file or inside the header: damaged.
+            if (tb.positions[i] > taille || tb.positions[i] <= kTailleEntete) tb.positions[i] = 0;
+        }
     }
+    // A count that the table read can't hold is damaged: numbers beyond the
+    // table would read as empty records anyway, and a huge count would make
+    // every structure sized by it huge.
+    auto borne = [this](Table t, std::uint32_t& compte) {
+        const auto& tb = tables_[static_cast<int>(t)];
+        if (!ConditionTable(t)) return;
+        std::uint64_t max = std::uint64_t(tb.positions.size()) * kFormes[static_cast<int>(t)].diviseur;
+        if (compte > max) compte = static_cast<std::uint32_t>(max);
+    };
+    borne(Table::Personnes, entete_.maxPersonne);
+    borne(Table::Mariages, entete_.maxMariage);
+    borne(Table::Mots, entete_.nbMots);
+    borne(Table::Documents, entete_.maxDocument);
+    borne(Table::Evenements, entete_.maxEvenement);
+    // Without a table, a highest number is only the next number to give.
+    const std::uint64_t plafond = (taille / 4 + 1) * 100;
+    for (std::uint32_t* c : {&entete_.maxPersonne, &entete_.maxMariage, &entete_.maxDocument,
+                             &entete_.maxEvenement, &entete_.nbMots})
+        if (*c > plafond) *c = static_cast<std::uint32_t>(plafond);
 }
 
 // --- Header -----------------------------------------------------------------
@@ -279,14 +305,20 @@ void Base::LitEntete() {
     e.documentTitre = h[148] == '1' ? Unpack4(h, 149) : 0;
     entete_ = e;
 
-    // The file end can't lie beyond the file: a damaged value would make
-    // the next append leave a hole of garbage, or wrap around.
+    // Appends go to the end of the file, and never into the header. A
+    // damaged end pointer would otherwise wrap around or write over live
+    // data; what a crash left beyond the committed end stays as garbage
+    // until the next reorganisation.
     const std::uint64_t taille = fichier_->taille();
-    if (entete_.zoneFin > taille) entete_.zoneFin = static_cast<std::uint32_t>(taille);
+    entete_.zoneFin = static_cast<std::uint32_t>(
+        std::min<std::uint64_t>(std::max<std::uint64_t>(taille, kTailleEntete), 0xFFFFFF00u));
     zoneFinValidee_ = entete_.zoneFin;
 
     rubriques_.fill(0);
-    if (entete_.posRubriques != 0 && entete_.posRubriques <= taille) {
+    // A rubric table beyond the file is damaged: it gets a new place at the
+    // next commit rather than a write far behind the end of the file.
+    if (std::uint64_t(entete_.posRubriques) + 199 > taille) entete_.posRubriques = 0;
+    if (entete_.posRubriques != 0) {
         std::string r = Lire(entete_.posRubriques, 200);
         for (std::size_t k = 0; k < 50 && k * 4 + 4 <= r.size(); ++k)
             rubriques_[k] = Unpack4(r, k * 4);
@@ -297,10 +329,11 @@ void Base::LitEntete() {
 
 void Base::EcritEntete() {
     // 1. The rubric table, in place.
-    if (entete_.posRubriques != 0) {
+    {
         std::string r;
         for (auto p : rubriques_) r += Pack4(p);
-        EcrireEnPlace(entete_.posRubriques, r);
+        if (entete_.posRubriques != 0) EcrireEnPlace(entete_.posRubriques, r);
+        else entete_.posRubriques = Ajouter(r);
     }
     // 2. The tables, in the order of the old program.
     static constexpr Table ordre[8] = {Table::TriPersonnes, Table::Personnes,  Table::Mariages,
@@ -396,7 +429,7 @@ void Base::InitBase() {
     triPersonnes_.vider();
     triDocuments_.vider();
     triEvenements_.vider();
-    cles_.clear();
+    OublieCles();
     rubriques_.fill(0);
     rubriqueCache_ = 0;
     entete_.posRubriques = 501;
@@ -439,6 +472,14 @@ void Base::LitTablesTri() {
     lire(Table::TriPersonnes, triPersonnes_, entete_.nbPersonnes);
     lire(Table::TriDocuments, triDocuments_, entete_.nbDocuments);
     lire(Table::TriEvenements, triEvenements_, entete_.nbEvenements);
+    // A live count beyond its table is damaged; the table is what is there.
+    // (Clamped only now, after the tables sized by the counts were read.)
+    entete_.nbPersonnes = static_cast<std::uint32_t>(
+        std::min<std::size_t>(entete_.nbPersonnes, triPersonnes_.taille()));
+    entete_.nbDocuments = static_cast<std::uint32_t>(
+        std::min<std::size_t>(entete_.nbDocuments, triDocuments_.taille()));
+    entete_.nbEvenements = static_cast<std::uint32_t>(
+        std::min<std::size_t>(entete_.nbEvenements, triEvenements_.taille()));
 }
 
 void Base::EcritUneTableTri(Table t, TableTri& table, std::uint32_t nombre) {
@@ -515,7 +556,7 @@ void Base::Ouvre(const std::string& chemin) {
         LitEntete();
         triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;
         LitTablesTri();
-        cles_.clear();
+        OublieCles();
         RazJournal();
         // Find each sheet slot's tag by its symbol in the rubric table.
         for (auto* slots : {&entete_.rubriquesPersonne, &entete_.rubriquesMariage}) {

@@ -26,28 +26,68 @@ std::string Base::SansParticule(std::string_view nom) const {
 }
 
 void Base::OublieCle(std::uint32_t n) {
-    if (n < cles_.size()) cles_[n].clear();
+    if (n < cleLongueur_.size() && cleLongueur_[n]) {
+        clesVivantes_ -= cleLongueur_[n];
+        cleLongueur_[n] = 0;
+    }
 }
 
-std::string Base::CleTriFiche(std::uint32_t n) {
-    if (n < cles_.size() && !cles_[n].empty()) return cles_[n];
+void Base::OublieCles() {
+    clesArene_.clear();
+    cleDebut_.clear();
+    cleLongueur_.clear();
+    clesVivantes_ = 0;
+}
+
+std::string_view Base::CleVue(std::uint32_t n) {
+    if (n < cleLongueur_.size() && cleLongueur_[n])
+        return std::string_view(clesArene_).substr(cleDebut_[n], cleLongueur_[n]);
     std::string cle = CleMot(SansParticule(LitNom(n)) + " " + LitPrenom(n));
     if (entete_.modeTri == '1') cle = CleAnNaiss(n) + " " + cle;
-    if (n >= cles_.size()) cles_.resize(std::max<std::size_t>(n + 1, cles_.size() * 2));
-    cles_[n] = cle;
-    return cle;
+    // Only numbers the base has given are kept, so that a damaged sort
+    // table can't make the cache grow without bound.
+    if (n == 0 || n > entete_.maxPersonne || cle.size() > 0xFFFF) {
+        cleHorsCache_ = std::move(cle);
+        return cleHorsCache_;
+    }
+    if (n >= cleLongueur_.size()) {
+        std::size_t t = std::min<std::size_t>(std::max<std::size_t>(n + 1, cleLongueur_.size() * 2),
+                                              std::size_t(entete_.maxPersonne) + 1);
+        cleDebut_.resize(t, 0);
+        cleLongueur_.resize(t, 0);
+    }
+    if (clesArene_.size() > (1u << 20) && clesArene_.size() > 2 * clesVivantes_) {
+        // Most of the arena is stale: pack the live keys.
+        std::string neuve;
+        neuve.reserve(clesVivantes_ * 2);
+        for (std::size_t k = 0; k < cleLongueur_.size(); ++k)
+            if (cleLongueur_[k]) {
+                std::size_t d = neuve.size();
+                neuve.append(clesArene_, cleDebut_[k], cleLongueur_[k]);
+                cleDebut_[k] = static_cast<std::uint32_t>(d);
+            }
+        clesArene_.swap(neuve);
+    }
+    if (clesArene_.size() + cle.size() > 0xFFFFFFFFu) OublieCles();
+    if (n >= cleLongueur_.size()) {
+        cleDebut_.resize(n + 1, 0);
+        cleLongueur_.resize(n + 1, 0);
+    }
+    cleDebut_[n] = static_cast<std::uint32_t>(clesArene_.size());
+    cleLongueur_[n] = static_cast<std::uint16_t>(cle.size());
+    clesVivantes_ += cle.size();
+    clesArene_ += cle;
+    return std::string_view(clesArene_).substr(cleDebut_[n], cleLongueur_[n]);
 }
-
-void Base::OublieCles() { cles_.clear(); }
 
 std::uint32_t Base::PlaceFiche(std::uint32_t n) {
     if (entete_.modeTri == '0') return entete_.nbPersonnes + 1;
-    const std::string cle = CleTriFiche(n);
+    const std::string cle(CleVue(n));
     std::size_t bas = 1, haut = entete_.nbPersonnes, milieu = 1;
     int cmp = 0;
     while (bas <= haut) {
         milieu = Milieu(bas, haut);
-        cmp = cle.compare(CleTriFiche(TriFiche(milieu)));
+        cmp = cle.compare(CleVue(TriFiche(milieu)));
         if (cmp > 0) bas = milieu + 1;
         else if (cmp < 0) {
             if (milieu == 0) break;
@@ -55,7 +95,7 @@ std::uint32_t Base::PlaceFiche(std::uint32_t n) {
         } else break;
     }
     if (entete_.nbPersonnes == 0) return 1;
-    if (cle.compare(CleTriFiche(TriFiche(milieu))) > 0) ++milieu;
+    if (cle.compare(CleVue(TriFiche(milieu))) > 0) ++milieu;
     return static_cast<std::uint32_t>(milieu);
 }
 
@@ -65,11 +105,11 @@ std::uint32_t Base::TrouvePlaceFiche(std::uint32_t n) {
     if (dernierePlace_ >= 1 && dernierePlace_ <= nb && TriFiche(dernierePlace_) == n)
         return dernierePlace_;
     if (entete_.modeTri != '0') {
-        const std::string cle = CleTriFiche(n);
+        const std::string cle(CleVue(n));
         std::size_t bas = 1, haut = nb, trouve = 0;
         while (bas <= haut) {
             std::size_t m = bas + (haut - bas) / 2;
-            int cmp = cle.compare(CleTriFiche(TriFiche(m)));
+            int cmp = cle.compare(CleVue(TriFiche(m)));
             if (cmp > 0) bas = m + 1;
             else if (cmp < 0) {
                 if (m == 1) break;
@@ -81,9 +121,9 @@ std::uint32_t Base::TrouvePlaceFiche(std::uint32_t n) {
         }
         if (trouve) {
             // Among equal keys, walk both ways to the number.
-            for (std::size_t i = trouve; i >= 1 && CleTriFiche(TriFiche(i)) == cle; --i)
+            for (std::size_t i = trouve; i >= 1 && CleVue(TriFiche(i)) == cle; --i)
                 if (TriFiche(i) == n) return dernierePlace_ = static_cast<std::uint32_t>(i);
-            for (std::size_t i = trouve + 1; i <= nb && CleTriFiche(TriFiche(i)) == cle; ++i)
+            for (std::size_t i = trouve + 1; i <= nb && CleVue(TriFiche(i)) == cle; ++i)
                 if (TriFiche(i) == n) return dernierePlace_ = static_cast<std::uint32_t>(i);
         }
     }
