@@ -18,6 +18,12 @@ std::span<const Verbe> Verbes() {
               "text fold|phonetic|near|propre|particule|date|gedcom-date|display-date|"
               "republican ...",
               VerbeText},
+        Verbe{"events", "events BASE.sv2", VerbeEvents},
+        Verbe{"documents", "documents BASE.sv2", VerbeDocuments},
+        Verbe{"keywords", "keywords BASE.sv2 [SYMBOLE]", VerbeKeywords},
+        Verbe{"add-event",
+              "add-event BASE.sv2 --person N --tag TAG --date \"12 mars 1850\" [--place P]",
+              VerbeAddEvent},
     };
     return table;
 }

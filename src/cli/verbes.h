@@ -17,5 +17,9 @@ int VerbePersons(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAddPerson(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMes(const Arguments&, std::ostream&, std::ostream&);
 int VerbeText(const Arguments&, std::ostream&, std::ostream&);
+int VerbeEvents(const Arguments&, std::ostream&, std::ostream&);
+int VerbeDocuments(const Arguments&, std::ostream&, std::ostream&);
+int VerbeKeywords(const Arguments&, std::ostream&, std::ostream&);
+int VerbeAddEvent(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

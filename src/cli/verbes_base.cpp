@@ -78,6 +78,21 @@ int VerbePersons(const Arguments& args, std::ostream& out, std::ostream& err) {
         j["deathDate"] = Texte(b.LitDateDeces(n));
         j["marriages"] = Liste(b.ListeMariages(n), 4);
         j["children"] = Liste(b.ListeEnfants(n), 4);
+        j["note"] = Texte(b.LitNote(n));
+        j["birthPlace"] = Texte(b.LieuNaiss(n));
+        j["deathPlace"] = Texte(b.LieuDeces(n));
+        auto rubriques = nlohmann::json::array();
+        auto valeurs = b.RubriquesNote(n);
+        for (std::size_t k = 0; k < valeurs.size() && k < b.Tete().rubriquesPersonne.size(); ++k) {
+            const auto& slot = b.Tete().rubriquesPersonne[k];
+            if (slot.symbole == ' ' || slot.symbole == '\0') break;
+            rubriques.push_back({{"tag", Texte(slot.tag)},
+                                 {"dayMonth", Texte(valeurs[k].jourMois)},
+                                 {"year", Texte(valeurs[k].annee)},
+                                 {"value", Texte(valeurs[k].valeur)}});
+        }
+        j["rubrics"] = rubriques;
+        j["events"] = Liste(b.ListeEvts(n), 8);
         Ligne(out, j);
     }
     s.base->Abandonne();

@@ -16,6 +16,7 @@
 
 #include "store/fichier.h"
 #include "store/table_tri.h"
+#include "store/temoins.h"
 #include "text/parametres.h"
 
 #include <array>
@@ -84,6 +85,25 @@ struct TableBlocs {
 // Kinds of tables, in the order the header names them.
 enum class Table { Personnes, Mariages, Mots, Documents, Evenements, TriPersonnes, TriDocuments,
                    TriEvenements };
+
+// The head of an event: five packed numbers, as stored.
+struct TeteEvt {
+    std::uint32_t date = 0;      // date value + 1000000
+    std::uint32_t note = 0;      // position of the note text
+    std::uint32_t personnes = 0; // position of the list of persons
+    std::uint32_t documents = 0; // position of the list of documents
+    std::uint32_t texte = 0;     // position of place, title and tag
+    bool operator==(const TeteEvt&) const = default;
+};
+
+// The rubric value table of a note: for each sheet slot, the day and month
+// of the date, the year and the value.
+struct ValeurRubrique {
+    std::string jourMois;
+    std::string annee;
+    std::string valeur;
+};
+using TableValeursRubriques = std::vector<ValeurRubrique>;
 
 // Reports of the store: a damaged record, an inconsistent sort table. The
 // user interface shows them in a box; the command line prints them.
@@ -271,6 +291,119 @@ class Base {
                        std::uint32_t position);
     std::array<std::uint32_t, 50>& TableRubriques() { return rubriques_; }
 
+    // --- Rubrics and note forms (rubrique.cpp, notes.cpp) ------------------
+    std::string LibelleRubrique(std::uint32_t k);
+    // The rubric's keyword list as packed entry numbers; "" when none.
+    std::string ListeRubrique(std::uint32_t k);
+    // Number of the rubric of this symbol, 0 when none.
+    std::uint32_t RubriqueDeSymbole(char symbole);
+    TableValeursRubriques RubriquesNote(std::uint32_t n);
+    TableValeursRubriques RubriquesMariage(std::uint32_t m);
+    std::string CorpsNote(std::uint32_t n);
+    std::string CorpsNoteMariage(std::uint32_t m);
+    std::string LieuNaiss(std::uint32_t n);
+    std::string LieuDeces(std::uint32_t n);
+    std::string DateMariage(std::uint32_t m);
+    std::string LieuMariage(std::uint32_t m);
+    std::string LigneMariage(std::uint32_t m);
+    std::string NotesMariages(std::uint32_t n);
+    // A person's note followed by the notes of its marriages: the text the
+    // keyword index holds for the person.
+    std::string NoteAvecMariages(std::uint32_t n);
+    // The marriages of a person, up to the first 0 (at most 200).
+    std::vector<std::uint32_t> Mariages(std::uint32_t n);
+    // Value of the person rubric of this tag ("" when no slot has it).
+    std::string ValeurRubriquePersonne(std::uint32_t n, const std::string& tag);
+    // Whether a person slot of the sheet has this tag.
+    bool EstTagRubrique(const std::string& tag) const;
+
+    // --- Keyword index (index_mots.cpp) ------------------------------------
+    std::string EntreeMot(std::uint32_t k);
+    void EcritEntreeMot(std::uint32_t k, std::string_view entree);
+    std::string LitMot(std::uint32_t k);
+    std::string PersonnesMot(std::uint32_t k);
+    // Person n's birth key changed: its place in its keyword lists follows.
+    void RangeMots(std::uint32_t n, std::string_view ancienne);
+    void RefaitRubrique(char symbole);
+    void DebutLot();
+    void AjoutLot(std::uint32_t n, std::string_view note);
+    void FinLot();
+    // The words of a note behind a symbol, in order, with repetitions.
+    static std::vector<std::string> MotsNote(std::string_view note, char symbole);
+    // Progress of the long operations: a title and a text (a word, a count).
+    std::function<void(const std::string& titre, const std::string& texte)> progres_;
+
+    // --- Event store (evenement.cpp) ----------------------------------------
+    std::uint32_t PosEvt(std::uint32_t e);
+    TeteEvt LitTeteEvt(std::uint32_t e);
+    void LitEvt(std::uint32_t e);
+    long DateEvt(std::uint32_t e);
+    std::string LieuEvt(std::uint32_t e);
+    std::string TitreEvt(std::uint32_t e);
+    std::string TagEvt(std::uint32_t e);
+    std::string LibelleEvt(std::uint32_t e);
+    std::string NoteEvt(std::uint32_t e);
+    void EcritNoteEvt(std::uint32_t e, std::string_view s);
+    std::uint32_t PersonneEvtNo(std::uint32_t e, int i);
+    std::uint32_t DocEvtNo(std::uint32_t e, int i);
+    std::string ListePersonnesEvt(std::uint32_t e);
+    std::string ListeDocsEvt(std::uint32_t e);
+    void MajPersonnesEvt(std::uint32_t e, std::uint32_t p, char op);
+    void MajDocsEvt(std::uint32_t e, std::uint32_t d, char op);
+    // Place, title and tag joined by NUL bytes.
+    void EcritEvt(std::uint32_t e, std::string_view texte);
+    // A new head; nullptr deletes the event.
+    void EcritTeteEvt(std::uint32_t e, const TeteEvt* tete);
+    void EcritDateEvt(std::uint32_t e, long date);
+    void EcritPosEvt(std::uint32_t e, std::uint32_t position);
+    std::uint32_t CreeEvtPersonne(std::uint32_t n, long date, std::string_view tag,
+                                  std::string_view lieu);
+    std::uint32_t CreeEvtMariage(std::uint32_t m, long date, std::string_view tag,
+                                 std::string_view lieu);
+    // Removes the event from its persons, the sort table and the base.
+    void SupprimeEvt(std::uint32_t e);
+    void EcritEvts();
+    void RazEvts();
+    // The table of event kinds and their roles.
+    TableTemoins& Temoins() { return temoins_; }
+
+    // --- Document store (document.cpp) ---------------------------------------
+    std::uint32_t PosDoc(std::uint32_t d);
+    void LitDoc(std::uint32_t d);
+    std::string TitreDoc(std::uint32_t d);
+    std::string FichierDoc(std::uint32_t d);
+    std::string TypeDoc(std::uint32_t d);
+    std::string NoteDoc(std::uint32_t d);
+    std::uint32_t NotePosDoc(std::uint32_t d);
+    // tete: packed note position, title, NUL, file, optionally 0xFF and type.
+    // An empty head deletes the document.
+    void EcritDoc(std::uint32_t d, std::string_view tete);
+    void EcritPosDoc(std::uint32_t d, std::uint32_t position);
+    std::uint32_t CreeDoc(std::string_view titre, std::string_view fichier,
+                          std::string_view type = {}, std::string_view note = {});
+    void EcritNoteDoc(std::uint32_t d, std::string_view note);
+    void SupprimeDoc(std::uint32_t d);
+    void DefinitDocumentTitre(std::uint32_t d);
+    void EcritDocs();
+    void RazDocs();
+    const std::vector<std::string>& TypesDocuments() const { return typesDocuments_; }
+
+    // --- Document and event sort tables (tri_stores.cpp) ----------------------
+    std::uint32_t PlaceDoc(std::uint32_t d);
+    std::uint32_t PlaceEvt(std::uint32_t e);
+    // Place of an existing record, 0 if absent.
+    std::uint32_t TrouvePlaceDoc(std::uint32_t d);
+    std::uint32_t TrouvePlaceEvt(std::uint32_t e);
+    void BulleDoc(std::size_t ancienne, std::size_t nouvelle);
+    void BulleEvt(std::size_t ancienne, std::size_t nouvelle);
+    void PlaceTriDoc(std::size_t i, std::uint32_t d);
+    void PlaceTriEvt(std::size_t i, std::uint32_t e);
+    // Change of ModeTri: asks (716, 717, title 629) through `confirme`, then
+    // "0" keeps the table, "1" and "2" sort it. False when refused.
+    bool ChangeModeTri(char mode,
+                       const std::function<bool(const std::string& titre,
+                                                const std::string& question)>& confirme);
+
     // --- Links to the stores and numberings of other units ----------------
     // Keyword index update for a changed note (empty until the index exists).
     void MajMots(std::uint32_t n, std::string_view ancienne, std::string_view nouvelle);
@@ -311,6 +444,8 @@ class Base {
     void EcritPaireMots();
     void EcritPaireDocuments();
     void EcritPaireEvenements();
+    // Drops the keyword, document, event and rubric caches, in this order.
+    void RazStores();
     void EcritUneTableTri(Table t, TableTri& table, std::uint32_t nombre);
     void ViderTampon();
     void SynchroniserJournal();
@@ -347,6 +482,52 @@ class Base {
     void EcritBlocMariage(int slot);
     void EcritMariages();
     void RazMariages();
+
+    // --- Two-slot block caches: keyword entries, documents, events
+    struct PaireBlocs {
+        Table table;
+        std::size_t taille;
+        std::array<Slot, 2> slots{};
+        int enCours = 0; // the slot last used
+    };
+    // The block's bytes in one of the two slots, loaded on demand.
+    std::string& BlocPaire(PaireBlocs& p, std::uint32_t bloc, int* slot = nullptr);
+    void EcritSlotPaire(PaireBlocs& p, int slot);
+    void EcritPaire(PaireBlocs& p);
+    void RazPaire(PaireBlocs& p);
+    std::uint32_t LitPosPaire(PaireBlocs& p, std::uint32_t n, std::uint32_t parBloc);
+    void EcritPosPaire(PaireBlocs& p, std::uint32_t n, std::uint32_t parBloc,
+                       std::string_view octets);
+    std::string LitListeEvt(std::uint32_t position, bool personnes);
+    void EcritListeEvt(std::uint32_t e, std::string_view liste, bool personnes);
+    void NouvelEvt(std::uint32_t e, long date, std::string_view texte);
+    void RoleEvt(std::uint32_t e, std::uint32_t p, const std::string& role);
+    void Veufs(std::uint32_t n, std::uint32_t e);
+    std::uint32_t PersonneDeListe(std::uint32_t n, std::uint32_t pos, std::uint32_t premier);
+    void MajListeRubrique(std::uint32_t k, const std::string& ancienne,
+                          const std::string& nouvelle);
+    std::uint32_t ChercheMot(const std::string& liste, const std::string& mot, std::size_t* rang);
+    std::uint32_t NouvelleEntree(const std::string& mot, const std::string& personnes,
+                                 bool motDabord);
+    void EcritPersonnesMot(std::uint32_t k, const std::string& personnes);
+    std::uint32_t EntreeOuNouvelle(std::string& liste, const std::string& mot, std::uint32_t n);
+
+    PaireBlocs paireMots_{Table::Mots, 4800};
+    PaireBlocs paireDocs_{Table::Documents, 4000};
+    PaireBlocs paireEvts_{Table::Evenements, 4000};
+    std::uint32_t teteEvtNo_ = 0;
+    TeteEvt teteEvt_;
+    std::uint32_t texteEvtNo_ = 0;
+    std::array<std::string, 4> texteEvt_; // place, title, tag, fourth field
+    std::pair<std::uint32_t, std::string> cachePersEvt_, cacheDocsEvt_;
+    TableTemoins temoins_;
+    std::uint32_t docNo_ = 0;
+    std::uint32_t docNote_ = 0;
+    std::string docTitre_, docFichier_, docType_;
+    std::vector<std::string> typesDocuments_;
+    // Batch of the keyword index: symbol + word, with (birth key, person).
+    struct Lot;
+    std::shared_ptr<Lot> lot_;
 
     SystemeFichiers& fs_;
     const Parametres& parametres_;

@@ -43,7 +43,10 @@ CheminsBase DeriveChemins(const std::string& chemin) {
 }
 
 Base::Base(SystemeFichiers& fs, const Parametres& parametres)
-    : fs_(fs), parametres_(parametres) {}
+    : fs_(fs), parametres_(parametres) {
+    temoins_ =
+        TableTemoinsDe(parametres.temoins.empty() ? TemoinsParDefaut() : parametres.temoins);
+}
 
 Base::~Base() {
     // A base still open here was not closed by its owner: keep the journal
@@ -528,6 +531,7 @@ void Base::Ferme() {
     journalASynchroniser_ = false;
     RazFiches();
     RazMariages();
+    RazStores();
     marqueModif_ = triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;
 }
 
@@ -539,6 +543,7 @@ void Base::Nouvelle(const std::string& chemin) {
     fichier_ = fs_.ouvrir(chemins_.base, Mode::Ecrasement);
     RazFiches();
     RazMariages();
+    RazStores();
     zoneFinValidee_ = 0;
     InitBase();
     minutes_ = 0;
@@ -552,6 +557,7 @@ void Base::Ouvre(const std::string& chemin) {
         if (fs_.existe(chemins_.journal)) RejoueJournal();
         RazFiches();
         RazMariages();
+        RazStores();
         tampon_.clear();
         LitEntete();
         triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;

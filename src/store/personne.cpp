@@ -584,6 +584,7 @@ std::string Base::NomComplet(std::uint32_t n) {
         else if (tag == "OFNM") v = LitAutrePrenom(n);
         else if (tag == "FATN") v = LitNom(LitPere(n));
         else if (tag == "MOTN") v = LitNom(LitMere(n));
+        else if (EstTagRubrique(tag)) v = ValeurRubriquePersonne(n, tag);
         else if (valeurNom_) v = valeurNom_(n, tag);
         r += ' ';
         r += v;

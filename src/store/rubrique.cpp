@@ -9,7 +9,8 @@ namespace {
 
 // A record: symbol, tag, then optionally 0xFF and the packed list position,
 // then "#". The position may itself hold "#" or 0xFF bytes, so the marker
-// is the 0xFF that has a "#" five bytes further on.
+// is the 0xFF that has a "#" five bytes further on, or the end of the
+// record: a tag of 34 characters with a list leaves no room for the "#".
 void Decoupe(const std::string& r, std::string& texte, std::uint32_t& liste) {
     texte.clear();
     liste = 0;
@@ -18,7 +19,8 @@ void Decoupe(const std::string& r, std::string& texte, std::uint32_t& liste) {
             texte = r.substr(0, i);
             return;
         }
-        if (static_cast<unsigned char>(r[i]) == 0xFF && i + 5 < r.size() && r[i + 5] == '#') {
+        if (static_cast<unsigned char>(r[i]) == 0xFF && i + 5 <= r.size() &&
+            (i + 5 == r.size() || r[i + 5] == '#')) {
             texte = r.substr(0, i);
             liste = Unpack4(r, i + 1);
             return;
@@ -67,22 +69,50 @@ void Base::EcritRubrique(std::uint32_t k, char symbole, std::string_view tag,
     marqueModif_ = true;
 }
 
-// --- Stores still to come -------------------------------------------------------
-// The keyword index and the event and document caches plug in here.
-
-void Base::MajMots(std::uint32_t, std::string_view, std::string_view) {}
-void Base::EcritPaireMots() {}
-void Base::EcritPaireDocuments() {}
-void Base::EcritPaireEvenements() {}
-
-long Base::ValeurDateEvt(std::uint32_t e) {
-    if (e == 0) return 0;
-    std::uint32_t bloc = (e - 1) / 1000 + 1;
-    std::uint32_t pos = PositionBloc(Table::Evenements, bloc);
-    if (!pos) return 0;
-    std::uint32_t tete = Unpack4(Lire(pos + ((e - 1) % 1000) * 4, 4));
-    if (!tete) return 0;
-    return static_cast<long>(Unpack4(Lire(tete, 4))) - 1000000;
+std::string Base::LibelleRubrique(std::uint32_t k) {
+    std::string r = LitRubrique(k);
+    if (r.empty()) return "";
+    return r.substr(0, 1) + Conv_LibelleTag(r.substr(1));
 }
+
+std::string Base::ListeRubrique(std::uint32_t k) {
+    std::uint32_t pos = PosListeRubrique(k);
+    if (pos == 0) return "";
+    std::string c = Lire(pos, 100);
+    const std::uint64_t compte = Unpack4(c, 0);
+    // A count beyond the file is a damaged list: it is read to the file end.
+    const std::uint64_t voulu = compte * 4;
+    std::string l = c.size() > 4 ? c.substr(4) : std::string();
+    std::uint32_t p = pos + static_cast<std::uint32_t>(c.size());
+    while (l.size() < voulu) {
+        std::string suite = Lire(p, 100);
+        if (suite.empty()) break;
+        l += suite;
+        p += static_cast<std::uint32_t>(suite.size());
+    }
+    if (l.size() > voulu) l.resize(static_cast<std::size_t>(voulu));
+    l.resize(l.size() / 4 * 4);
+    return l;
+}
+
+std::uint32_t Base::RubriqueDeSymbole(char symbole) {
+    for (std::uint32_t k = 1; k <= entete_.nbRubriques; ++k) {
+        std::string r = LitRubrique(k);
+        if (!r.empty() && r[0] == symbole) return k;
+    }
+    return 0;
+}
+
+void Base::RazStores() {
+    RazPaire(paireMots_);
+    RazDocs();
+    RazEvts();
+    rubriqueCache_ = 0;
+    lot_.reset();
+}
+
+void Base::EcritPaireMots() { EcritPaire(paireMots_); }
+void Base::EcritPaireDocuments() { EcritDocs(); }
+void Base::EcritPaireEvenements() { EcritEvts(); }
 
 } // namespace sylvane
