@@ -24,6 +24,11 @@ std::span<const Verbe> Verbes() {
         Verbe{"add-event",
               "add-event BASE.sv2 --person N --tag TAG --date \"12 mars 1850\" [--place P]",
               VerbeAddEvent},
+        Verbe{"ascendants", "ascendants BASE.sv2 N [--levels L] [--order 0|1|2|3] [--implex]",
+              VerbeAscendants},
+        Verbe{"descendants", "descendants BASE.sv2 N [--levels L] [--order 0|1|2|3] [--implex]",
+              VerbeDescendants},
+        Verbe{"numbers", "numbers BASE.sv2 --decujus N [--decujus2 M]", VerbeNumbers},
     };
     return table;
 }

@@ -21,5 +21,8 @@ int VerbeEvents(const Arguments&, std::ostream&, std::ostream&);
 int VerbeDocuments(const Arguments&, std::ostream&, std::ostream&);
 int VerbeKeywords(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAddEvent(const Arguments&, std::ostream&, std::ostream&);
+int VerbeAscendants(const Arguments&, std::ostream&, std::ostream&);
+int VerbeDescendants(const Arguments&, std::ostream&, std::ostream&);
+int VerbeNumbers(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli
