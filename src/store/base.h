@@ -328,6 +328,7 @@ class Base {
     void DebutLot();
     void AjoutLot(std::uint32_t n, std::string_view note);
     void FinLot();
+    bool LotOuvert() const { return lot_ != nullptr; }
     // The words of a note behind a symbol, in order, with repetitions.
     static std::vector<std::string> MotsNote(std::string_view note, char symbole);
     // Progress of the long operations: a title and a text (a word, a count).

@@ -302,10 +302,8 @@ void Base::AjoutLot(std::uint32_t n, std::string_view note) {
     const std::string cle = CleAnNaiss(n);
     for (const auto& [k, symbole] : lot_->symboles) {
         for (const auto& mot : MotsNote(texte, symbole)) {
-            auto& l = lot_->mots[std::string(1, symbole) + mot];
-            l.emplace_back(cle, n);
-            for (std::size_t j = l.size() - 1; j > 0 && l[j - 1].first > cle; --j)
-                std::swap(l[j], l[j - 1]);
+            // Ordered by birth key at the end of the batch.
+            lot_->mots[std::string(1, symbole) + mot].emplace_back(cle, n);
         }
     }
 }
@@ -313,6 +311,10 @@ void Base::AjoutLot(std::uint32_t n, std::string_view note) {
 void Base::FinLot() {
     if (!lot_) return;
     auto lot = std::move(lot_);
+    // Each word's persons by birth key, ties in order of arrival.
+    for (auto& [mot, personnes] : lot->mots)
+        std::stable_sort(personnes.begin(), personnes.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
     for (const auto& [k, symbole] : lot->symboles) {
         const std::string avant = ListeRubrique(k);
         std::string sortie;

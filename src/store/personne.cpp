@@ -643,7 +643,9 @@ std::uint32_t Base::CreePersonne(std::string_view nom, std::string_view prenom,
     MajTriFiche(place, n, 'A');
     triPersonnesModifie = true;
     std::string note = LigneMotsCles(n);
-    MajMots(n, "", note);
+    // During a batch (an import) the index is built once at its end.
+    if (lot_) AjoutLot(n, note);
+    else MajMots(n, "", note);
     EcritNote(n, note);
     return n;
 }
