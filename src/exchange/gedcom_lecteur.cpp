@@ -1,0 +1,637 @@
+#include "exchange/gedcom_lecteur.h"
+
+#include "text/conversion.h"
+#include "text/utf8.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace sylvane {
+namespace {
+
+// The tags of GEDCOM 5.5. Any other tag is reported as unknown.
+constexpr std::string_view kTags55[] = {
+    "ABBR", "ADDR", "ADR1", "ADR2", "ADOP", "AFN",  "AGE",  "AGNC", "ALIA", "ANCE", "ANCI", "ANUL",
+    "ASSO", "AUTH", "BAPL", "BAPM", "BARM", "BASM", "BIRT", "BLES", "BLOB", "BURI", "CALN", "CAST",
+    "CAUS", "CENS", "CHAN", "CHAR", "CHIL", "CHR",  "CHRA", "CITY", "CONC", "CONF", "CONL", "CONT",
+    "COPR", "CORP", "CREM", "CTRY", "DATA", "DATE", "DEAT", "DESC", "DESI", "DEST", "DIV",  "DIVF",
+    "DSCR", "EDUC", "EMIG", "ENDL", "ENGA", "EVEN", "FAM",  "FAMC", "FAMF", "FAMS", "FCOM", "FILE",
+    "FORM", "GEDC", "GIVN", "GRAD", "HEAD", "HUSB", "IDNO", "IMMI", "INDI", "LANG", "LEGA", "MARB",
+    "MARC", "MARL", "MARR", "MARS", "MEDI", "NAME", "NATI", "NATU", "NCHI", "NICK", "NMR",  "NOTE",
+    "NPFX", "NSFX", "OBJE", "OCCU", "ORDI", "ORDN", "PAGE", "PEDI", "PHON", "PLAC", "POST", "PROB",
+    "PROP", "PUBL", "QUAY", "REFN", "RELA", "RELI", "REPO", "RESI", "RESN", "RETI", "RFN",  "RIN",
+    "ROLE", "SEX",  "SLGC", "SLGS", "SOUR", "SPFX", "SSN",  "STAE", "STAT", "SUBM", "SUBN", "SURN",
+    "TEMP", "TEXT", "TIME", "TITL", "TRLR", "TYPE", "VERS", "WIFE", "WILL"};
+
+bool tagConnu(std::string_view t) {
+    return std::find(std::begin(kTags55), std::end(kTags55), t) != std::end(kTags55);
+}
+
+// The Unicode combining marks of the ANSEL mark bytes 0xE0 to 0xFE.
+constexpr char32_t kMarquesAnsel[31] = {
+    0x0309, 0x0300, 0x0301, 0x0302, 0x0303, 0x0304, 0x0306, 0x0307, 0x0308, 0x030C, 0x030A,
+    0xFE20, 0xFE21, 0x0315, 0x030B, 0x0310, 0x0327, 0x0328, 0x0323, 0x0324, 0x0325, 0x0333,
+    0x0332, 0x0326, 0x031C, 0x032E, 0xFE22, 0xFE23, 0x003F, 0x003F, 0x0313};
+
+bool estBlanc(char c) {
+    return c == ' ' || c == '\t';
+}
+bool estChiffre(char c) {
+    return c >= '0' && c <= '9';
+}
+unsigned char octet(char c) {
+    return static_cast<unsigned char>(c);
+}
+
+std::string_view rogne(std::string_view s) {
+    std::size_t d = 0, f = s.size();
+    while (d < f && estBlanc(s[d]))
+        ++d;
+    while (f > d && estBlanc(s[f - 1]))
+        --f;
+    return s.substr(d, f - d);
+}
+
+bool toutAscii(std::string_view s) {
+    for (char c : s)
+        if (octet(c) >= 0x80) return false;
+    return true;
+}
+
+// One code point of UTF-8 at i, leniently: a malformed byte counts for itself.
+char32_t lisUtf8(std::string_view s, std::size_t& i) {
+    const unsigned char c = octet(s[i++]);
+    int suite = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : c >= 0xC0 ? 1 : 0;
+    char32_t cp = suite == 3 ? (c & 0x07) : suite == 2 ? (c & 0x0F) : (c & 0x1F);
+    if (c < 0x80 || suite == 0) return c;
+    for (int k = 0; k < suite; ++k) {
+        if (i >= s.size() || (octet(s[i]) & 0xC0) != 0x80) return c;
+        cp = (cp << 6) | (octet(s[i++]) & 0x3F);
+    }
+    return cp;
+}
+
+// True when the text holds at least one byte from 128 up and every such
+// byte belongs to a well-formed UTF-8 sequence.
+bool estUtf8(std::string_view s) {
+    bool multi = false;
+    std::size_t i = 0;
+    const std::size_t n = s.size();
+    while (i < n) {
+        const unsigned char c = octet(s[i]);
+        if (c < 0x80) {
+            ++i;
+            continue;
+        }
+        std::size_t len;
+        char32_t cp;
+        if (c >= 0xC2 && c <= 0xDF) {
+            len = 2;
+            cp = c & 0x1F;
+        } else if (c >= 0xE0 && c <= 0xEF) {
+            len = 3;
+            cp = c & 0x0F;
+        } else if (c >= 0xF0 && c <= 0xF4) {
+            len = 4;
+            cp = c & 0x07;
+        } else {
+            return false;
+        }
+        if (n - i < len) return false;
+        for (std::size_t k = 1; k < len; ++k) {
+            const unsigned char b = octet(s[i + k]);
+            if ((b & 0xC0) != 0x80) return false;
+            cp = (cp << 6) | (b & 0x3F);
+        }
+        if ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+            (cp >= 0xD800 && cp <= 0xDFFF))
+            return false;
+        multi = true;
+        i += len;
+    }
+    return multi;
+}
+
+// UTF-16 without a byte-order mark: nearly every character of a GEDCOM
+// file is ASCII, so one byte of each pair is zero.
+bool ressembleUtf16(std::string_view o, bool grosBout) {
+    const std::size_t paires = std::min<std::size_t>(o.size(), 1000) / 2;
+    if (paires == 0) return false;
+    std::size_t zerosHauts = 0, zerosBas = 0;
+    for (std::size_t k = 0; k < paires; ++k) {
+        const char a = o[2 * k], b = o[2 * k + 1];
+        if ((grosBout ? a : b) == 0) ++zerosHauts;
+        if ((grosBout ? b : a) == 0) ++zerosBas;
+    }
+    return zerosHauts * 10 >= paires * 7 && zerosBas * 10 <= paires;
+}
+
+std::string utf16VersUtf8(std::string_view o, bool grosBout) {
+    auto unite = [&](std::size_t i) -> char32_t {
+        const char32_t a = octet(o[i]), b = octet(o[i + 1]);
+        return grosBout ? (a << 8 | b) : (b << 8 | a);
+    };
+    std::string r;
+    r.reserve(o.size() / 2 + 16);
+    for (std::size_t i = 0; i + 1 < o.size(); i += 2) {
+        char32_t u = unite(i);
+        if (u >= 0xD800 && u <= 0xDBFF && i + 3 < o.size() && unite(i + 2) >= 0xDC00 &&
+            unite(i + 2) <= 0xDFFF) {
+            u = 0x10000 + ((u - 0xD800) << 10) + (unite(i + 2) - 0xDC00);
+            i += 2;
+        } else if (u >= 0xD800 && u <= 0xDFFF) {
+            u = 0xFFFD;
+        }
+        AjouteUtf8(r, u);
+    }
+    return r;
+}
+
+// Cuts the next line at pos; a line end is CR, LF, CR LF or LF CR.
+bool prochaineLigne(std::string_view t, std::size_t& pos, std::string_view& ligne) {
+    if (pos >= t.size()) return false;
+    const char* debut = t.data() + pos;
+    const char* fin = t.data() + t.size();
+    const char* q = debut;
+    while (q < fin && *q != '\r' && *q != '\n')
+        ++q;
+    ligne = std::string_view(debut, static_cast<std::size_t>(q - debut));
+    if (q < fin) {
+        const char autre = *q == '\r' ? '\n' : '\r';
+        ++q;
+        if (q < fin && *q == autre) ++q;
+    }
+    pos = static_cast<std::size_t>(q - t.data());
+    return true;
+}
+
+// A line split into its fields, before any conversion.
+struct Decoupe {
+    enum Etat { Blanche, SansNiveau, SansTag, Complete } etat = Blanche;
+    std::uint32_t niveau = 0; // capped at 1000
+    std::string_view pointeur, tag, valeur;
+};
+
+Decoupe decoupe(std::string_view l) {
+    Decoupe d;
+    std::size_t i = 0;
+    while (i < l.size() && estBlanc(l[i]))
+        ++i;
+    if (i == l.size()) return d;
+    if (!estChiffre(l[i])) {
+        d.etat = Decoupe::SansNiveau;
+        return d;
+    }
+    while (i < l.size() && estChiffre(l[i])) {
+        d.niveau =
+            std::min<std::uint32_t>(d.niveau * 10 + static_cast<std::uint32_t>(l[i] - '0'), 1000);
+        ++i;
+    }
+    if (i < l.size() && !estBlanc(l[i])) {
+        d.etat = Decoupe::SansNiveau; // "1990s ..." is text, not a level
+        return d;
+    }
+    d.etat = Decoupe::SansTag;
+    auto mot = [&]() {
+        while (i < l.size() && estBlanc(l[i]))
+            ++i;
+        const std::size_t debut = i;
+        while (i < l.size() && !estBlanc(l[i]))
+            ++i;
+        return l.substr(debut, i - debut);
+    };
+    std::string_view m = mot();
+    if (m.size() >= 3 && m.front() == '@' && m.back() == '@') {
+        d.pointeur = m.substr(1, m.size() - 2);
+        m = mot();
+    }
+    if (m.empty()) return d;
+    d.tag = m;
+    d.valeur = rogne(l.substr(i));
+    d.etat = Decoupe::Complete;
+    return d;
+}
+
+// A value that is a whole pointer: "@I12@", not "@#DFRENCH R@", not text.
+bool estPointeur(std::string_view v) {
+    return v.size() >= 3 && v.size() <= 66 && v.front() == '@' && v.back() == '@' && v[1] != '#' &&
+           v.substr(1, v.size() - 2).find('@') == std::string_view::npos;
+}
+
+// The value of the HEAD's CHAR line, looked for before the HEAD ends.
+std::string jeuDeclare(std::string_view t) {
+    std::size_t pos = 0;
+    std::string_view l;
+    for (int n = 0; n < 2000 && prochaineLigne(t, pos, l); ++n) {
+        const Decoupe d = decoupe(l);
+        if (d.etat != Decoupe::Complete) continue;
+        if (d.niveau == 0 && n > 0) break;
+        if (d.niveau == 1 && d.tag == "CHAR") return std::string(d.valeur.substr(0, 40));
+    }
+    return {};
+}
+
+std::string enMajuscules(std::string s) {
+    for (char& c : s)
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
+    return s;
+}
+
+} // namespace
+
+const char* NomEncodage(Encodage e) {
+    switch (e) {
+    case Encodage::Ansi:
+        return "ANSI";
+    case Encodage::Ansel:
+        return "ANSEL";
+    case Encodage::Ascii:
+        return "ASCII";
+    case Encodage::Html:
+        return "HTML";
+    case Encodage::Utf8:
+        return "UTF-8";
+    case Encodage::Utf16LE:
+        return "UTF-16LE";
+    case Encodage::Utf16BE:
+        return "UTF-16BE";
+    }
+    return "";
+}
+
+bool RapportGedcom::vide() const {
+    if (inexploitable != Inexploitable::Non || sansEntete) return false;
+    return std::all_of(anomalies.begin(), anomalies.end(),
+                       [](const CompteAnomalie& c) { return c.nombre == 0; });
+}
+
+std::string RapportGedcom::erreur() const {
+    return inexploitable == Inexploitable::Non ? std::string() : "Fichier GEDCOM inexploitable";
+}
+
+std::uint32_t GedcomLu::numeroTag(std::string_view tag) const {
+    const auto it = numerosTags_.find(std::string(tag));
+    return it == numerosTags_.end() ? 0 : it->second;
+}
+
+std::size_t GedcomLu::sousLigne(std::size_t i, std::string_view tag) const {
+    const std::uint32_t t = numeroTag(tag);
+    if (t == 0) return npos;
+    for (std::size_t j : sousLignes(i))
+        if (lignes_[j].tag == t) return j;
+    return npos;
+}
+
+std::size_t GedcomLu::compte(std::string_view tag) const {
+    const std::uint32_t t = numeroTag(tag);
+    if (t == 0) return 0;
+    return static_cast<std::size_t>(
+        std::count_if(enregistrements_.begin(), enregistrements_.end(),
+                      [&](std::uint32_t i) { return lignes_[i].tag == t; }));
+}
+
+std::uint32_t GedcomLu::numeroPointeur(std::string_view texte) const {
+    const auto it = index_.find(std::string(texte));
+    return it == index_.end() ? 0 : it->second;
+}
+
+// The pass itself. The lines still open (the current line and its parents)
+// sit on a stack indexed by level, 0 to 5, each with its value being built
+// from its CONT and CONC; a line's value goes to the text store when it is
+// closed, so each byte is copied a bounded number of times.
+class LecteurGedcom {
+  public:
+    LecteurGedcom(GedcomLu& g, Encodage e) : g_(g), r_(g.rapport_), enc_(e) {}
+
+    void lis(std::string_view t) {
+        std::size_t pos = 0;
+        std::string_view l;
+        while (prochaineLigne(t, pos, l)) {
+            ++r_.lignes;
+            if (l.size() > LongueurMaxLigne) {
+                signale(Anomalie::LigneTropLongue, l.substr(0, 60));
+                std::size_t coupe = LongueurMaxLigne;
+                if (enc_ == Encodage::Utf8 || enc_ == Encodage::Utf16LE ||
+                    enc_ == Encodage::Utf16BE)
+                    while (coupe > 0 && (octet(l[coupe]) & 0xC0) == 0x80)
+                        --coupe;
+                l = l.substr(0, coupe);
+            }
+            ligne(l);
+        }
+        while (haut_ >= 0)
+            ferme();
+        termine();
+    }
+
+  private:
+    struct Ouverte {
+        std::uint32_t index = 0;    // in lignes_
+        std::uint32_t niveauLu = 0; // as written in the file
+        std::string valeur;
+    };
+
+    void ligne(std::string_view brute) {
+        const Decoupe d = decoupe(brute);
+        switch (d.etat) {
+        case Decoupe::Blanche:
+            return;
+        case Decoupe::SansNiveau:
+            // Text cut by a raw line end: keep its words as a new line of the
+            // value before.
+            signale(Anomalie::SansNiveau, brute.substr(0, 60));
+            if (haut_ >= 0) {
+                pile_[haut_].valeur += "\r\n";
+                convertit(rogne(brute), pile_[haut_].valeur);
+            }
+            return;
+        case Decoupe::SansTag:
+            signale(Anomalie::SansTag, brute.substr(0, 60));
+            return;
+        case Decoupe::Complete:
+            break;
+        }
+        const bool enorme = d.niveau > 99;
+        if (enorme) signale(Anomalie::NiveauEnorme, brute.substr(0, 60));
+
+        if (d.tag == "CONT" || d.tag == "CONC") {
+            int k = haut_;
+            while (k >= 0 && pile_[k].niveauLu >= d.niveau)
+                --k;
+            if (k < 0 || (!enorme && pile_[k].niveauLu + 1 < d.niveau)) {
+                signale(Anomalie::NiveauIncorrect, brute.substr(0, 60));
+                if (k < 0) k = haut_;
+                if (k < 0) return;
+            }
+            std::string& v = pile_[k].valeur;
+            v += d.tag == "CONT" ? "\r\n" : " ";
+            convertit(d.valeur, v);
+            return;
+        }
+
+        std::uint32_t niveau = d.niveau;
+        const std::uint32_t limite = haut_ < 0 ? 0 : pile_[haut_].niveauLu + 1;
+        if (niveau > limite) {
+            if (!enorme) signale(Anomalie::NiveauIncorrect, brute.substr(0, 60));
+            niveau = limite;
+        }
+        while (haut_ >= 0 && pile_[haut_].niveauLu >= niveau)
+            ferme();
+        if (haut_ == 5) ferme();
+        if (niveau > 5) signale(Anomalie::NiveauProfond, brute.substr(0, 60));
+
+        const auto index = static_cast<std::uint32_t>(g_.lignes_.size());
+        LigneGedcom l;
+        l.numero = r_.lignes;
+        l.niveau = static_cast<std::uint8_t>(++haut_);
+        l.tag = numeroTag(d.tag);
+        Ouverte& o = pile_[haut_];
+        o.index = index;
+        o.niveauLu = niveau;
+        o.valeur.clear();
+        if (!d.pointeur.empty()) {
+            l.pointeur = pointeur(d.pointeur, false);
+            auto& p = g_.pointeurs_[l.pointeur];
+            if (p.definition == 0)
+                p.definition = index + 1;
+            else
+                signale(Anomalie::PointeurDouble, d.pointeur);
+        }
+        if (estPointeur(d.valeur)) {
+            l.lien = pointeur(d.valeur.substr(1, d.valeur.size() - 2), true);
+            o.valeur = d.valeur;
+        } else {
+            convertit(d.valeur, o.valeur);
+        }
+        if (l.niveau == 0) g_.enregistrements_.push_back(index);
+        g_.lignes_.push_back(l);
+    }
+
+    void ferme() {
+        Ouverte& o = pile_[haut_--];
+        LigneGedcom& l = g_.lignes_[o.index];
+        const std::size_t place = std::numeric_limits<std::uint32_t>::max() - g_.texte_.size();
+        if (o.valeur.size() > place) o.valeur.resize(place);
+        l.debut = static_cast<std::uint32_t>(g_.texte_.size());
+        l.longueur = static_cast<std::uint32_t>(o.valeur.size());
+        g_.texte_ += o.valeur;
+        l.fin = static_cast<std::uint32_t>(g_.lignes_.size());
+    }
+
+    std::uint32_t numeroTag(std::string_view tag) {
+        auto [it, nouveau] = g_.numerosTags_.try_emplace(
+            std::string(tag), static_cast<std::uint32_t>(g_.tags_.size()));
+        if (nouveau) {
+            g_.tags_.emplace_back(tag);
+            inconnus_.push_back(!tagConnu(tag));
+            if (inconnus_.back()) exemple(Anomalie::TagInconnu, tag);
+        }
+        if (inconnus_[it->second - 1]) ++compte(Anomalie::TagInconnu).nombre;
+        return it->second;
+    }
+
+    std::uint32_t pointeur(std::string_view texte, bool usage) {
+        auto [it, nouveau] = g_.index_.try_emplace(
+            std::string(texte), static_cast<std::uint32_t>(g_.pointeurs_.size()));
+        if (nouveau) g_.pointeurs_.push_back({&it->first, 0, 0});
+        auto& p = g_.pointeurs_[it->second];
+        if (usage && p.premierUsage == 0) p.premierUsage = r_.lignes;
+        return it->second;
+    }
+
+    // Windows-1252 text of the file's bytes, with "@@" read as "@".
+    void convertit(std::string_view brut, std::string& sortie) {
+        std::string sansArobases;
+        if (brut.find("@@") != std::string_view::npos) {
+            sansArobases.reserve(brut.size());
+            for (std::size_t i = 0; i < brut.size(); ++i) {
+                sansArobases += brut[i];
+                if (brut[i] == '@' && i + 1 < brut.size() && brut[i + 1] == '@') ++i;
+            }
+            brut = sansArobases;
+        }
+        if (enc_ == Encodage::Html) {
+            sortie += brut.find('&') == std::string_view::npos ? std::string(brut)
+                                                               : Conv_HtmlVersAnsi(brut);
+            return;
+        }
+        if (enc_ == Encodage::Ansi || toutAscii(brut)) {
+            sortie += brut;
+            return;
+        }
+        switch (enc_) {
+        case Encodage::Ascii:
+            sortie += Conv_437VersAnsi(brut);
+            break;
+        case Encodage::Ansel:
+            compteMarquesPerdues(brut);
+            sortie += Conv_AnselVersAnsi(brut);
+            break;
+        default: {
+            std::size_t remplaces = 0;
+            sortie += Utf8VersAnsi(brut, &remplaces);
+            if (remplaces > 0) {
+                compte(Anomalie::CaractereRemplace).nombre += remplaces;
+                if (compte(Anomalie::CaractereRemplace).exemples.size() < NombreExemples)
+                    exemplesUtf8(brut);
+            }
+        }
+        }
+    }
+
+    // A character and the combining marks behind it, converted alone: what
+    // is counted as replaced gives an example.
+    void exemplesUtf8(std::string_view s) {
+        std::size_t i = 0;
+        while (i < s.size()) {
+            const std::size_t debut = i;
+            char32_t premier = lisUtf8(s, i);
+            std::size_t j = i;
+            while (j < s.size()) {
+                std::size_t k = j;
+                const char32_t m = lisUtf8(s, k);
+                if (m < 0x300 || m > 0x36F) break;
+                if (premier < 0x80) premier = m;
+                j = k;
+            }
+            i = j;
+            if (premier < 0x80) continue;
+            std::size_t n = 0;
+            const std::string r = Utf8VersAnsi(s.substr(debut, i - debut), &n);
+            if (n > 0) exemple(Anomalie::CaractereRemplace, r, premier);
+        }
+    }
+
+    // ANSEL: a mark before a letter with no composed form in Windows-1252
+    // is lost, and the bare letter stands for the character.
+    void compteMarquesPerdues(std::string_view s) {
+        for (std::size_t i = 0; i < s.size(); ++i) {
+            const unsigned char m = octet(s[i]);
+            if (m < 0xE0 || m == 0xFF) continue;
+            const bool seule = i + 1 == s.size() || octet(s[i + 1]) >= 0xE0;
+            std::string r;
+            if (!seule) {
+                const char paire[2] = {s[i], s[i + 1]};
+                r = Conv_AnselVersAnsi(std::string_view(paire, 2));
+                if (r.size() != 1 || r[0] != s[i + 1]) continue;
+            }
+            ++compte(Anomalie::CaractereRemplace).nombre;
+            exemple(Anomalie::CaractereRemplace, r, kMarquesAnsel[m - 0xE0]);
+        }
+    }
+
+    CompteAnomalie& compte(Anomalie a) { return r_.anomalies[static_cast<std::size_t>(a)]; }
+
+    void exemple(Anomalie a, std::string_view texte, char32_t point = 0) {
+        auto& c = compte(a);
+        if (c.exemples.size() < NombreExemples)
+            c.exemples.push_back({r_.lignes, std::string(texte), point});
+    }
+
+    // Counts a fault of the current line; the example is its start, converted.
+    void signale(Anomalie a, std::string_view brut) {
+        ++compte(a).nombre;
+        if (compte(a).exemples.size() >= NombreExemples) return;
+        // The example is no new fault: what its conversion counts is undone.
+        auto& remplaces = compte(Anomalie::CaractereRemplace);
+        const std::size_t nombre = remplaces.nombre, exemples = remplaces.exemples.size();
+        std::string texte;
+        convertit(brut, texte);
+        remplaces.nombre = nombre;
+        remplaces.exemples.resize(exemples);
+        exemple(a, texte);
+    }
+
+    void termine() {
+        for (std::size_t p = 1; p < g_.pointeurs_.size(); ++p) {
+            const auto& ptr = g_.pointeurs_[p];
+            if (ptr.definition != 0) continue;
+            auto& c = compte(Anomalie::PointeurOrphelin);
+            ++c.nombre;
+            if (c.exemples.size() < NombreExemples)
+                c.exemples.push_back({ptr.premierUsage, *ptr.texte, 0});
+        }
+        if (g_.enregistrements_.empty()) {
+            if (r_.inexploitable == Inexploitable::Non)
+                r_.inexploitable = Inexploitable::SansEnregistrement;
+        } else if (g_.tag(g_.enregistrements_.front()) != "HEAD") {
+            r_.sansEntete = true;
+        }
+    }
+
+    GedcomLu& g_;
+    RapportGedcom& r_;
+    const Encodage enc_;
+    Ouverte pile_[6];
+    int haut_ = -1;
+    std::vector<bool> inconnus_; // by tag number - 1
+};
+
+GedcomLu LitGedcomOctets(std::string_view octets) {
+    GedcomLu g;
+    RapportGedcom& r = g.rapport_;
+    if (octets.empty()) {
+        r.inexploitable = Inexploitable::Vide;
+        return g;
+    }
+    if (octets.size() > TailleMaxFichier) {
+        r.inexploitable = Inexploitable::TropGrand;
+        return g;
+    }
+
+    // The byte-order mark or the bytes themselves rule over the CHAR line.
+    std::string utf8;
+    std::string_view t = octets;
+    const bool le = t.starts_with("\xFF\xFE"), be = t.starts_with("\xFE\xFF");
+    if (le || be || ressembleUtf16(t, false) || ressembleUtf16(t, true)) {
+        const bool grosBout = be || (!le && ressembleUtf16(t, true));
+        r.encodage = grosBout ? Encodage::Utf16BE : Encodage::Utf16LE;
+        r.marqueOrdre = le || be;
+        utf8 = utf16VersUtf8(t.substr(r.marqueOrdre ? 2 : 0), grosBout);
+        t = utf8;
+    } else if (t.starts_with("\xEF\xBB\xBF")) {
+        r.encodage = Encodage::Utf8;
+        r.marqueOrdre = true;
+        t.remove_prefix(3);
+    }
+    r.jeuDeclare = jeuDeclare(t);
+    if (!r.marqueOrdre && r.encodage == Encodage::Ansi) {
+        const std::string jeu = enMajuscules(r.jeuDeclare);
+        if (jeu == "UTF-8" || jeu == "UTF8" || jeu == "UNICODE" || estUtf8(t))
+            r.encodage = Encodage::Utf8;
+        else if (jeu == "ANSEL")
+            r.encodage = Encodage::Ansel;
+        else if (jeu == "ASCII" || jeu == "IBMPC" || jeu == "IBM PC")
+            r.encodage = Encodage::Ascii;
+        else if (jeu == "HTML")
+            r.encodage = Encodage::Html;
+    }
+
+    const std::string_view debut = t.substr(0, 1000);
+    if (debut.find_first_of("\r\n") == std::string_view::npos)
+        r.inexploitable = Inexploitable::SansFinDeLigne;
+
+    // One line per line end at most (CONT and CONC lines are merged): one
+    // quick count spares the table its growth by doubling.
+    std::size_t finsDeLigne = static_cast<std::size_t>(std::count(t.begin(), t.end(), '\n'));
+    if (finsDeLigne == 0)
+        finsDeLigne = static_cast<std::size_t>(std::count(t.begin(), t.end(), '\r'));
+    g.lignes_.reserve(finsDeLigne + 1);
+    g.texte_.reserve(t.size() / 2);
+    LecteurGedcom(g, r.encodage).lis(t);
+    return g;
+}
+
+GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin) {
+    auto f = fs.ouvrir(chemin, Mode::Lecture);
+    const std::uint64_t taille = f->taille();
+    if (taille > TailleMaxFichier) {
+        GedcomLu g;
+        g.rapport_.inexploitable = Inexploitable::TropGrand;
+        return g;
+    }
+    const std::string octets = f->lire(0, static_cast<std::size_t>(taille));
+    return LitGedcomOctets(octets);
+}
+
+} // namespace sylvane

@@ -1,0 +1,206 @@
+// The reading layer of the GEDCOM import: one linear pass over the bytes of
+// a file that finds its encoding, splits its lines, merges CONT and CONC,
+// numbers its pointers through a hash table and builds the tree of records
+// and sub-lines that the import walks. It never refuses a file: whatever can
+// be read is kept, and every fault is counted in the report with its first
+// examples.
+#pragma once
+
+#include "store/fichier.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace sylvane {
+
+// The encoding the file was read in. The first four are the sets a CHAR
+// line names ("ANSI", "ANSEL", "ASCII" for code page 437, "HTML"); the
+// others are found by their byte-order mark or their bytes.
+enum class Encodage : std::uint8_t { Ansi, Ansel, Ascii, Html, Utf8, Utf16LE, Utf16BE };
+
+// "ANSI", "ANSEL", "ASCII", "HTML", "UTF-8", "UTF-16LE", "UTF-16BE".
+const char* NomEncodage(Encodage e);
+
+// Faults counted while reading.
+enum class Anomalie : std::uint8_t {
+    CaractereRemplace, // a character Windows-1252 cannot hold: closest Latin form or "?"
+    TagInconnu,        // a tag outside GEDCOM 5.5 (custom "_" tags included)
+    PointeurOrphelin,  // a pointer that no line defines (one count per pointer)
+    PointeurDouble,    // a pointer defined a second time: the first definition holds
+    SansNiveau,        // a line that does not start with a level: kept as a CONT of the line before
+    SansTag,           // a level with no tag: the line is dropped
+    NiveauIncorrect,   // a level more than one below its parent, or a CONT/CONC with no parent
+    NiveauEnorme,      // a level above 99: read as one below the line before
+    NiveauProfond,     // a level above 5: read as 5, under the line of level 4
+    LigneTropLongue,   // a line over LongueurMaxLigne: cut there, the rest dropped
+};
+constexpr std::size_t NombreAnomalies = 10;
+
+// Why a file can't be imported at all. What could be read is still there.
+enum class Inexploitable : std::uint8_t {
+    Non,
+    Vide,               // no byte
+    TropGrand,          // over TailleMaxFichier: nothing read
+    SansFinDeLigne,     // no line end in the first 1000 bytes
+    SansEnregistrement, // not one line with a level and a tag
+};
+
+// Bounds of the reader.
+constexpr std::size_t LongueurMaxLigne = std::size_t{1} << 20;     // bytes of one line
+constexpr std::uint64_t TailleMaxFichier = std::uint64_t{1} << 30; // bytes of a file
+constexpr std::size_t NombreExemples = 10;                         // examples kept per fault
+
+struct ExempleAnomalie {
+    std::uint32_t ligne = 0; // line number in the file, from 1
+    // Windows-1252: the start of the line, the tag, the pointer, or for a
+    // replaced character what it became.
+    std::string texte;
+    char32_t point = 0; // for a replaced character: the Unicode character of the file
+};
+
+struct CompteAnomalie {
+    std::uint64_t nombre = 0;
+    std::vector<ExempleAnomalie> exemples; // the first ones, NombreExemples at most
+};
+
+struct RapportGedcom {
+    Encodage encodage = Encodage::Ansi;
+    std::string jeuDeclare;   // the value of the HEAD's CHAR line, empty without one
+    bool marqueOrdre = false; // the file starts with a byte-order mark
+    Inexploitable inexploitable = Inexploitable::Non;
+    bool sansEntete = false;  // the first record is not HEAD
+    std::uint32_t lignes = 0; // physical lines, blank ones included
+    std::array<CompteAnomalie, NombreAnomalies> anomalies;
+
+    const CompteAnomalie& operator[](Anomalie a) const {
+        return anomalies[static_cast<std::size_t>(a)];
+    }
+    // Nothing to say: readable, with a HEAD, and no fault counted.
+    bool vide() const;
+    // The box text of the import for a file that can't be read:
+    // "Fichier GEDCOM inexploitable", or the empty text.
+    std::string erreur() const;
+};
+
+// One line of the file with its CONT and CONC merged into its value. The
+// sub-lines of line i are the lines i+1 to fin-1; its direct sub-lines start
+// at i+1 and each next one at the `fin` of the one before (see SousLignes).
+struct LigneGedcom {
+    std::uint32_t numero = 0;   // line number in the file, from 1
+    std::uint32_t fin = 0;      // index past the last sub-line
+    std::uint32_t tag = 0;      // number in the tag table of the file
+    std::uint32_t pointeur = 0; // the pointer this line defines ("0 @I1@ INDI"), 0 for none
+    std::uint32_t lien = 0;     // the pointer the whole value is ("1 FAMS @F2@"), 0 for none
+    std::uint32_t debut = 0;    // the value in the text store
+    std::uint32_t longueur = 0;
+    std::uint8_t niveau = 0; // 0 to 5
+};
+
+class GedcomLu;
+
+// The direct sub-lines of a line, as indexes into GedcomLu::lignes().
+class SousLignes {
+  public:
+    class iterator {
+      public:
+        iterator(const std::vector<LigneGedcom>* l, std::size_t i) : l_(l), i_(i) {}
+        std::size_t operator*() const { return i_; }
+        iterator& operator++() {
+            i_ = (*l_)[i_].fin;
+            return *this;
+        }
+        bool operator==(const iterator& o) const { return i_ == o.i_; }
+
+      private:
+        const std::vector<LigneGedcom>* l_;
+        std::size_t i_;
+    };
+    SousLignes(const std::vector<LigneGedcom>* l, std::size_t debut, std::size_t fin)
+        : l_(l), debut_(debut), fin_(fin) {}
+    iterator begin() const { return {l_, debut_}; }
+    iterator end() const { return {l_, fin_}; }
+
+  private:
+    const std::vector<LigneGedcom>* l_;
+    std::size_t debut_, fin_;
+};
+
+// A file as read. Every value is Windows-1252 text, trimmed of blanks, with
+// "@@" read as "@": the import must not convert it again. "#" is kept as it
+// is ("@#DFRENCH R@" needs it); the base's rule for "#" is the import's.
+class GedcomLu {
+  public:
+    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+
+    GedcomLu() = default;
+    // Moves only: the pointer table refers to the keys of the hash table.
+    GedcomLu(GedcomLu&&) = default;
+    GedcomLu& operator=(GedcomLu&&) = default;
+    GedcomLu(const GedcomLu&) = delete;
+    GedcomLu& operator=(const GedcomLu&) = delete;
+
+    const std::vector<LigneGedcom>& lignes() const { return lignes_; }
+    const LigneGedcom& ligne(std::size_t i) const { return lignes_[i]; }
+    // Indexes of the level-0 lines, in file order.
+    const std::vector<std::uint32_t>& enregistrements() const { return enregistrements_; }
+    SousLignes sousLignes(std::size_t i) const { return {&lignes_, i + 1, lignes_[i].fin}; }
+
+    std::string_view tag(std::size_t i) const { return tags_[lignes_[i].tag]; }
+    std::string_view valeur(std::size_t i) const {
+        return std::string_view(texte_).substr(lignes_[i].debut, lignes_[i].longueur);
+    }
+    // The number of a tag in this file's table, 0 when the file never uses it.
+    std::uint32_t numeroTag(std::string_view tag) const;
+    // The first direct sub-line of line i with that tag, or npos.
+    std::size_t sousLigne(std::size_t i, std::string_view tag) const;
+    // Level-0 records with that tag.
+    std::size_t compte(std::string_view tag) const;
+
+    // Pointers are numbered from 1 in order of first sight.
+    std::size_t nombrePointeurs() const { return pointeurs_.size() - 1; }
+    // The text between the "@", e.g. "I12".
+    std::string_view textePointeur(std::uint32_t p) const { return *pointeurs_[p].texte; }
+    // The index of the line that defines pointer p, or npos.
+    std::size_t definition(std::uint32_t p) const {
+        return pointeurs_[p].definition == 0 ? npos : pointeurs_[p].definition - 1;
+    }
+    // The record a value such as "@F2@" points to, or npos.
+    std::size_t cible(std::size_t i) const {
+        return lignes_[i].lien == 0 ? npos : definition(lignes_[i].lien);
+    }
+    // Pointer number of a text such as "I12", 0 when the file has none such.
+    std::uint32_t numeroPointeur(std::string_view texte) const;
+
+    const RapportGedcom& rapport() const { return rapport_; }
+
+  private:
+    friend class LecteurGedcom;
+    friend GedcomLu LitGedcomOctets(std::string_view octets);
+    friend GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin);
+    struct Pointeur {
+        const std::string* texte = nullptr; // a key of index_
+        std::uint32_t definition = 0;       // line index + 1, 0 for none
+        std::uint32_t premierUsage = 0;     // line number of the first use
+    };
+    std::vector<LigneGedcom> lignes_;
+    std::vector<std::uint32_t> enregistrements_;
+    std::string texte_;
+    std::vector<std::string> tags_{std::string()};
+    std::unordered_map<std::string, std::uint32_t> numerosTags_;
+    std::vector<Pointeur> pointeurs_{Pointeur{}};
+    std::unordered_map<std::string, std::uint32_t> index_;
+    RapportGedcom rapport_;
+};
+
+// Reads a whole file through the file layer. An unreadable file is an
+// ErreurES; a file over TailleMaxFichier is read as nothing, with the reason.
+GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin);
+// The same on bytes in memory.
+GedcomLu LitGedcomOctets(std::string_view octets);
+
+} // namespace sylvane
