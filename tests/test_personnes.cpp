@@ -4,6 +4,7 @@
 #include "store/fichier_memoire.h"
 #include "store/pack.h"
 #include "support/bases.h"
+#include "text/messages.h"
 
 #include <gtest/gtest.h>
 
@@ -245,4 +246,17 @@ TEST_F(Personnes, FullSortMatchesTheRecordedOrderAndKeepsTiesInTreeOrder) {
     for (std::size_t i = 0; i < autres.size(); ++i) EXPECT_EQ(b.TriFiche(i + 1), autres[i]);
     for (std::size_t i = 0; i < memes.size(); ++i)
         EXPECT_EQ(b.TriFiche(autres.size() + i + 1), memes[i]);
+}
+
+TEST_F(Personnes, NomLongShowsDatesInWordsAndPlaces) {
+    DefinitMessages({{730, "janvier"}, {732, "mars"}, {831, "avant"}, {848, "1er"}});
+    auto n = b.CreePersonne("Martin", "Jean", "", 'H', "1850", "12/3", "1910", "BEF 1 JAN");
+    b.EcritNote(n, b.LigneMotsCles(n, "Saint L\xF4", "Paris"));
+    EXPECT_EQ(b.TexteDateNaiss(n), "12 mars");
+    EXPECT_EQ(b.NomLong(n), "Jean Martin \xB0" "12 mars 1850 Saint L\xF4 \x86" "avant 1 janvier 1910 Paris");
+    auto m = b.CreePersonne("Durand", "Marie", "", 'F', "1852");
+    EXPECT_EQ(b.NomLong(m), "Marie Durand \xB0" "1852");
+    auto x = b.CreePersonne("Sans", "Date", "", 'F', "");
+    EXPECT_EQ(b.NomLong(x), "Date Sans");
+    DefinitMessages({});
 }

@@ -306,6 +306,13 @@ class Base {
     std::string DateMariage(std::uint32_t m);
     std::string LieuMariage(std::uint32_t m);
     std::string LigneMariage(std::uint32_t m);
+    std::string TexteDateMariage(std::uint32_t m);
+    // Birth and death dates in words of the user's language.
+    std::string TexteDateNaiss(std::uint32_t n);
+    std::string TexteDateDeces(std::uint32_t n);
+    // The name, then " °" with birth date, year and place, then " †" with
+    // death date, year and place, each part only when known.
+    std::string NomLong(std::uint32_t n);
     std::string NotesMariages(std::uint32_t n);
     // A person's note followed by the notes of its marriages: the text the
     // keyword index holds for the person.

@@ -153,11 +153,30 @@ std::string Base::LieuMariage(std::uint32_t m) {
     return MotApres(PremiereLigne(LitNoteMariage(m)), '@');
 }
 
+std::string Base::TexteDateMariage(std::uint32_t m) { return Conv_DateLongue(DateMariage(m)); }
+
 std::string Base::LigneMariage(std::uint32_t m) {
     std::string date = DateMariage(m), an = LitAnMariage(m);
     std::string r = "\xD7";
     r += date.empty() ? Trim(an) : Conv_DateLongue(date) + " " + an;
     return r + " " + LieuMariage(m);
+}
+
+std::string Base::TexteDateNaiss(std::uint32_t n) { return Conv_DateLongue(LitDateNaiss(n)); }
+std::string Base::TexteDateDeces(std::uint32_t n) { return Conv_DateLongue(LitDateDeces(n)); }
+
+std::string Base::NomLong(std::uint32_t n) {
+    std::string r = NomComplet(n);
+    auto partie = [&r](const char* signe, const std::string& date, const std::string& an,
+                       const std::string& lieu) {
+        if (an.empty() && date.empty() && lieu.empty()) return;
+        r += signe;
+        r += date.empty() ? an : Conv_DateLongue(date) + " " + an;
+        if (!lieu.empty()) r += " " + lieu;
+    };
+    partie(" \xB0", LitDateNaiss(n), Trim(LitAnNaiss(n)), LieuNaiss(n));
+    partie(" \x86", LitDateDeces(n), Trim(LitAnDeces(n)), LieuDeces(n));
+    return r;
 }
 
 std::string Base::NotesMariages(std::uint32_t n) {
