@@ -105,7 +105,7 @@ std::string Base::LireTexte(std::uint32_t position, std::size_t morceau, std::si
 std::uint32_t Base::Ajouter(std::string_view donnees) {
     if (std::uint64_t(entete_.zoneFin) + donnees.size() >= 0xFFFFFFF0u)
         throw ErreurES(chemins_.base, "la base a atteint sa taille maximale (4 Go) : "
-                                      "r\xE9organisez-la");
+                                      "réorganisez-la");
     std::uint32_t pos = entete_.zoneFin + 1;
     if (tampon_.empty()) debutTampon_ = pos;
     tampon_.append(donnees);

@@ -8,15 +8,18 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace sylvane {
 
 // An input/output failure: a system call that failed, a disk that is full,
-// a file that cannot be opened. Carries the path and the system's reason.
+// a file that cannot be opened. Carries the path (Windows-1252, as every path
+// inside the program) and the system's reason; what() is UTF-8 for the edges.
 class ErreurES : public std::runtime_error {
   public:
     ErreurES(const std::string& chemin, const std::string& raison)
-        : std::runtime_error(chemin + " : " + raison), chemin_(chemin) {}
+        : std::runtime_error(CheminLisible(chemin) + " : " + raison), chemin_(chemin) {}
+    static std::string CheminLisible(const std::string& chemin);
     const std::string& chemin() const { return chemin_; }
 
   private:
@@ -55,9 +58,15 @@ class SystemeFichiers {
     virtual void renommer(const std::string& de, const std::string& vers) = 0;
     // Makes the directory entries of the folder durable (after a rename or a delete).
     virtual void synchroniserDossier(const std::string& chemin) = 0;
+    // Creates a folder and its parents; an existing folder is not an error.
+    virtual void creerDossier(const std::string& chemin) = 0;
+    // Names of the files (not folders) of a folder; none when it can't be read.
+    virtual std::vector<std::string> lister(const std::string& dossier) = 0;
 };
 
-// The process's real file system.
+// The process's real file system. Paths are Windows-1252 like all text of
+// the program, and become UTF-8 at the system calls; a name the system holds
+// in bytes that are not UTF-8 can't be reached.
 SystemeFichiers& systemeReel();
 
 // Whole-file helpers over any file system.

@@ -105,6 +105,16 @@ void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
     restant_ = -1;
 }
 
+std::vector<std::string> SystemeMemoire::lister(const std::string& dossier) {
+    std::vector<std::string> r;
+    const std::string prefixe = dossier.empty() || dossier.back() == '/' ? dossier : dossier + "/";
+    for (const auto& [nom, c] : fichiers_)
+        if (nom.compare(0, prefixe.size(), prefixe) == 0 &&
+            nom.find('/', prefixe.size()) == std::string::npos)
+            r.push_back(nom.substr(prefixe.size()));
+    return r;
+}
+
 void SystemeMemoire::simulerPanne() {
     for (auto& [nom, c] : fichiers_) c->courant = c->durable;
 }

@@ -23,6 +23,8 @@ class SystemeMemoire final : public SystemeFichiers {
     void supprimer(const std::string& chemin) override;
     void renommer(const std::string& de, const std::string& vers) override;
     void synchroniserDossier(const std::string&) override {}
+    void creerDossier(const std::string&) override {}
+    std::vector<std::string> lister(const std::string& dossier) override;
 
     // Power loss: every file falls back to its last synced content.
     void simulerPanne();

@@ -1,8 +1,11 @@
 #include "store/fichier.h"
 
+#include "text/utf8.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,6 +13,8 @@ namespace sylvane {
 namespace {
 
 std::string raisonSysteme(int err) { return std::strerror(err); }
+
+std::string Systeme(const std::string& chemin) { return AnsiVersUtf8(chemin); }
 
 class FichierPosix final : public Fichier {
   public:
@@ -76,7 +81,7 @@ class SystemePosix final : public SystemeFichiers {
         case Mode::Creation: flags |= O_RDWR | O_CREAT; break;
         case Mode::Ecrasement: flags |= O_RDWR | O_CREAT | O_TRUNC; break;
         }
-        int fd = ::open(chemin.c_str(), flags, 0644);
+        int fd = ::open(Systeme(chemin).c_str(), flags, 0644);
         if (fd < 0) throw ErreurES(chemin, "ouverture impossible : " + raisonSysteme(errno));
         struct stat st{};
         if (::fstat(fd, &st) == 0 && S_ISDIR(st.st_mode)) {
@@ -88,21 +93,36 @@ class SystemePosix final : public SystemeFichiers {
 
     bool existe(const std::string& chemin) override {
         struct stat st{};
-        return ::stat(chemin.c_str(), &st) == 0 && !S_ISDIR(st.st_mode);
+        return ::stat(Systeme(chemin).c_str(), &st) == 0 && !S_ISDIR(st.st_mode);
     }
 
     void supprimer(const std::string& chemin) override {
-        if (::unlink(chemin.c_str()) != 0 && errno != ENOENT)
+        if (::unlink(Systeme(chemin).c_str()) != 0 && errno != ENOENT)
             throw ErreurES(chemin, "suppression impossible : " + raisonSysteme(errno));
     }
 
     void renommer(const std::string& de, const std::string& vers) override {
-        if (::rename(de.c_str(), vers.c_str()) != 0)
+        if (::rename(Systeme(de).c_str(), Systeme(vers).c_str()) != 0)
             throw ErreurES(de, "renommage impossible : " + raisonSysteme(errno));
     }
 
+    void creerDossier(const std::string& chemin) override {
+        std::error_code ec;
+        std::filesystem::create_directories(Systeme(chemin), ec);
+        if (ec) throw ErreurES(chemin, "création du dossier impossible : " + ec.message());
+    }
+
+    std::vector<std::string> lister(const std::string& dossier) override {
+        std::vector<std::string> r;
+        std::error_code ec;
+        for (std::filesystem::directory_iterator it(Systeme(dossier), ec), fin; !ec && it != fin;
+             it.increment(ec))
+            if (it->is_regular_file(ec)) r.push_back(Utf8VersAnsi(it->path().filename().string()));
+        return r;
+    }
+
     void synchroniserDossier(const std::string& chemin) override {
-        std::string dossier = chemin;
+        std::string dossier = Systeme(chemin);
         auto p = dossier.find_last_of('/');
         dossier = (p == std::string::npos) ? "." : (p == 0 ? "/" : dossier.substr(0, p));
         int fd = ::open(dossier.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -113,6 +133,8 @@ class SystemePosix final : public SystemeFichiers {
 };
 
 } // namespace
+
+std::string ErreurES::CheminLisible(const std::string& chemin) { return AnsiVersUtf8(chemin); }
 
 SystemeFichiers& systemeReel() {
     static SystemePosix fs;

@@ -4,7 +4,6 @@
 #include "text/utf8.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <system_error>
 
 namespace sylvane {
@@ -67,10 +66,6 @@ std::string Capitalise(const std::string& s) {
     std::string r = EnMinuscules(s);
     if (!r.empty()) r[0] = static_cast<char>(Majuscule(static_cast<unsigned char>(r[0])));
     return r;
-}
-
-bool EstMes(const std::filesystem::path& p) {
-    return EnMinuscules(p.extension().string()) == ".mes";
 }
 
 struct EtatMessages {
@@ -267,14 +262,18 @@ std::string EcritSourceMessages(const std::map<int, std::string>& messages) {
 
 // ---------------------------------------------------------------- languages
 
+namespace {
+// "Français.mes" -> "Français"; "" when the name is no message file.
+std::string LangueDuFichier(const std::string& nom) {
+    if (nom.size() <= 4 || EnMinuscules(nom.substr(nom.size() - 4)) != ".mes") return "";
+    return nom.substr(0, nom.size() - 4);
+}
+} // namespace
+
 std::vector<std::string> ListeLangues(const std::string& dossier) {
     std::vector<std::string> r;
-    std::error_code ec;
-    for (std::filesystem::directory_iterator it(dossier, ec), fin; !ec && it != fin;
-         it.increment(ec)) {
-        if (!it->is_regular_file(ec) || !EstMes(it->path())) continue;
-        r.push_back(Capitalise(Utf8VersAnsi(it->path().stem().string())));
-    }
+    for (const auto& nom : systemeReel().lister(dossier))
+        if (std::string l = LangueDuFichier(nom); !l.empty()) r.push_back(Capitalise(l));
     std::sort(r.begin(), r.end());
     r.erase(std::unique(r.begin(), r.end()), r.end());
     return r;
@@ -282,20 +281,15 @@ std::vector<std::string> ListeLangues(const std::string& dossier) {
 
 bool ChoisirLangue(const std::string& langue, const std::string& dossier) {
     std::unique_ptr<Fichier> f;
-    const std::string exact = dossier + "/" + AnsiVersUtf8(langue) + ".mes";
     try {
-        f = systemeReel().ouvrir(exact, Mode::Lecture);
+        f = systemeReel().ouvrir(dossier + "/" + langue + ".mes", Mode::Lecture);
     } catch (const ErreurES&) {
         // The name of the menu is capitalised; the file may not be.
-        std::error_code ec;
         const std::string voulu = EnMinuscules(langue);
-        for (std::filesystem::directory_iterator it(dossier, ec), fin; !ec && it != fin;
-             it.increment(ec)) {
-            if (!EstMes(it->path()) ||
-                EnMinuscules(Utf8VersAnsi(it->path().stem().string())) != voulu)
-                continue;
+        for (const auto& nom : systemeReel().lister(dossier)) {
+            if (EnMinuscules(LangueDuFichier(nom)) != voulu) continue;
             try {
-                f = systemeReel().ouvrir(it->path().string(), Mode::Lecture);
+                f = systemeReel().ouvrir(dossier + "/" + nom, Mode::Lecture);
                 break;
             } catch (const ErreurES&) {
             }

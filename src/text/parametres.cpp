@@ -201,8 +201,8 @@ void Historique::sauve(Reglages& r) const {
 std::string DossierProgramme() {
     std::error_code ec;
     auto exe = std::filesystem::read_symlink("/proc/self/exe", ec);
-    if (ec) return std::filesystem::current_path(ec).string();
-    return exe.parent_path().string();
+    if (ec) return Utf8VersAnsi(std::filesystem::current_path(ec).string());
+    return Utf8VersAnsi(exe.parent_path().string());
 }
 
 const std::vector<Temoin>& TemoinsParDefaut() {
@@ -312,11 +312,6 @@ void LitParametres(Reglages& r, Parametres& p, const std::string& dossierProgram
     }
 
     p.historique.lit(r);
-
-    // The work folder is made when missing; failing that, the start-up
-    // probe falls back on the program's own folder.
-    std::error_code ec;
-    std::filesystem::create_directories(AnsiVersUtf8(p.dossierTravail), ec);
 }
 
 void SauveParametres(Reglages& r, const Parametres& p) {

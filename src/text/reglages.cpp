@@ -175,10 +175,8 @@ void ReglagesIni::enregistre() {
         texte += '[' + Echappe(s.nom, true) + "]\n";
         for (const auto& [c, v] : s.cles) texte += Echappe(c, true) + '=' + Echappe(v, false) + '\n';
     }
-    if (&fs_ == &systemeReel()) {
-        std::error_code ec;
-        std::filesystem::create_directories(std::filesystem::path(chemin_).parent_path(), ec);
-    }
+    if (auto b = chemin_.find_last_of('/'); b != std::string::npos && b > 0)
+        fs_.creerDossier(chemin_.substr(0, b));
     const std::string tmp = chemin_ + ".tmp";
     {
         auto f = fs_.ouvrir(tmp, Mode::Ecrasement);
@@ -192,9 +190,9 @@ void ReglagesIni::enregistre() {
 
 std::string DossierConfiguration() {
     const char* xdg = std::getenv("XDG_CONFIG_HOME");
-    if (xdg && *xdg == '/') return std::string(xdg) + "/Sylvane";
+    if (xdg && *xdg == '/') return Utf8VersAnsi(xdg) + "/Sylvane";
     const char* home = std::getenv("HOME");
-    return std::string(home && *home ? home : ".") + "/.config/Sylvane";
+    return Utf8VersAnsi(home && *home ? home : ".") + "/.config/Sylvane";
 }
 
 std::string FichierReglages() { return DossierConfiguration() + "/Sylvane.ini"; }
