@@ -159,6 +159,8 @@ class Base {
                           bool* trop = nullptr);
     // Appends at ZoneFin + 1 and returns the position written.
     std::uint32_t Ajouter(std::string_view donnees);
+    // Appends a text and its "#"; an empty text is position 0 and no write.
+    std::uint32_t AjouteTexte(std::string_view texte);
     // Writes in place, under the journal.
     void EcrireEnPlace(std::uint32_t position, std::string_view donnees);
     std::uint32_t ZoneFin() const { return entete_.zoneFin; }
@@ -479,6 +481,8 @@ class Base {
     void EcritListe(std::uint32_t n, int offset, std::string_view liste,
                     std::pair<std::uint32_t, std::string>& cache);
     void LitIdentiteCache(std::uint32_t n);
+    void GardeIdentite(std::uint32_t n, std::string brute);
+    void EcritAnnee(std::uint32_t n, int offset, std::string_view s);
     std::string LitTextePaire(std::uint32_t pos);
     std::vector<std::pair<std::uint32_t, std::string>> PairesTexte(std::string_view liste);
     void OublieCle(std::uint32_t n);

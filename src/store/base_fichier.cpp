@@ -115,6 +115,13 @@ std::uint32_t Base::Ajouter(std::string_view donnees) {
     return pos;
 }
 
+std::uint32_t Base::AjouteTexte(std::string_view texte) {
+    if (texte.empty()) return 0;
+    std::string t(texte);
+    t += '#';
+    return Ajouter(t);
+}
+
 bool Base::Couvert(std::uint64_t debut, std::uint64_t fin) const {
     auto it = couvert_.upper_bound(debut);
     if (it == couvert_.begin()) return false;

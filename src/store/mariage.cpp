@@ -169,12 +169,7 @@ void Base::EcritAnFin(std::uint32_t m, std::string_view s) {
 void Base::EcritNoteMariage(std::uint32_t m, std::string_view s) {
     if (m == 0) return;
     LitMariage(m);
-    std::uint32_t pos = 0;
-    if (!s.empty()) {
-        std::string t(s);
-        t += '#';
-        pos = Ajouter(t);
-    }
+    const std::uint32_t pos = AjouteTexte(s);
     EcritBrut(EnregMariage() + oNote, static_cast<std::int32_t>(pos));
     slotsM_[slotCourantM_].sale = true;
     marqueModif_ = true;

@@ -219,34 +219,28 @@ void Base::EcritMere(std::uint32_t n, std::uint32_t m) {
     if (parentChange_) parentChange_(n, m);
 }
 
-void Base::EcritAnNaiss(std::uint32_t n, std::string_view s) {
+void Base::EcritAnnee(std::uint32_t n, int offset, std::string_view s) {
     if (n == 0) return;
     LitFiche(n);
     std::string a(s.substr(0, 4));
     a.resize(4, ' ');
-    std::copy(a.begin(), a.end(), Enreg() + oAnNaiss);
+    std::copy(a.begin(), a.end(), Enreg() + offset);
     Salir();
+}
+
+void Base::EcritAnNaiss(std::uint32_t n, std::string_view s) {
+    EcritAnnee(n, oAnNaiss, s);
     OublieCle(n);
 }
 
-void Base::EcritAnDeces(std::uint32_t n, std::string_view s) {
-    if (n == 0) return;
-    LitFiche(n);
-    std::string a(s.substr(0, 4));
-    a.resize(4, ' ');
-    std::copy(a.begin(), a.end(), Enreg() + oAnDeces);
-    Salir();
-}
+void Base::EcritAnDeces(std::uint32_t n, std::string_view s) { EcritAnnee(n, oAnDeces, s); }
 
 // --- Texts --------------------------------------------------------------------
 
-void Base::LitIdentiteCache(std::uint32_t n) {
-    if (n == identiteNo_) return;
-    LitFiche(n);
-    auto pos = LitBrut(Enreg() + oIdentite);
-    bool trop = false;
-    identiteBrute_ = pos > 0 ? LireTexte(static_cast<std::uint32_t>(pos), 100, 1000, &trop) : "";
-    if (trop) identiteBrute_.clear();
+// Splits the raw identity text into its five fields and keeps it as the
+// cache of person n.
+void Base::GardeIdentite(std::uint32_t n, std::string brute) {
+    identiteBrute_ = std::move(brute);
     std::size_t debut = 0;
     for (int k = 0; k < 5; ++k) {
         if (debut > identiteBrute_.size()) {
@@ -259,6 +253,15 @@ void Base::LitIdentiteCache(std::uint32_t n) {
         debut = fin + 1;
     }
     identiteNo_ = n;
+}
+
+void Base::LitIdentiteCache(std::uint32_t n) {
+    if (n == identiteNo_) return;
+    LitFiche(n);
+    auto pos = LitBrut(Enreg() + oIdentite);
+    bool trop = false;
+    std::string t = pos > 0 ? LireTexte(static_cast<std::uint32_t>(pos), 100, 1000, &trop) : "";
+    GardeIdentite(n, trop ? std::string() : std::move(t));
 }
 
 std::string Base::LitIdentite(std::uint32_t n) {
@@ -295,28 +298,10 @@ std::string Base::LitDateDeces(std::uint32_t n) {
 void Base::EcritIdentite(std::uint32_t n, std::string_view s) {
     if (n == 0) return;
     LitFiche(n);
-    std::uint32_t pos = 0;
-    if (!s.empty()) {
-        std::string t(s);
-        t += '#';
-        pos = Ajouter(t);
-    }
+    const std::uint32_t pos = AjouteTexte(s);
     EcritBrut(Enreg() + oIdentite, static_cast<std::int32_t>(pos));
     Salir();
-    identiteNo_ = 0; // the split below refreshes the cache from the new text
-    identiteBrute_ = std::string(s);
-    std::size_t debut = 0;
-    for (int k = 0; k < 5; ++k) {
-        if (debut > identiteBrute_.size()) {
-            identite_[k].clear();
-            continue;
-        }
-        auto fin = k < 4 ? identiteBrute_.find(';', debut) : std::string::npos;
-        if (fin == std::string::npos) fin = identiteBrute_.size();
-        identite_[k] = identiteBrute_.substr(debut, fin - debut);
-        debut = fin + 1;
-    }
-    identiteNo_ = n;
+    GardeIdentite(n, std::string(s));
     OublieCle(n);
 }
 
@@ -333,12 +318,7 @@ std::string Base::LitNote(std::uint32_t n) {
 void Base::EcritNote(std::uint32_t n, std::string_view s) {
     if (n == 0) return;
     LitFiche(n);
-    std::uint32_t pos = 0;
-    if (!s.empty()) {
-        std::string t(s);
-        t += '#';
-        pos = Ajouter(t);
-    }
+    const std::uint32_t pos = AjouteTexte(s);
     EcritBrut(Enreg() + oNote, static_cast<std::int32_t>(pos));
     Salir();
     cacheNote_ = {n, std::string(s)};
