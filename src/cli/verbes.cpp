@@ -29,6 +29,13 @@ std::span<const Verbe> Verbes() {
         Verbe{"descendants", "descendants BASE.sv2 N [--levels L] [--order 0|1|2|3] [--implex]",
               VerbeDescendants},
         Verbe{"numbers", "numbers BASE.sv2 --decujus N [--decujus2 M]", VerbeNumbers},
+        Verbe{"import-gedcom",
+              "import-gedcom FILE.ged BASE.sv2 [--sort yes|no] [--keywords yes|no] [--force]",
+              VerbeImportGedcom},
+        Verbe{"export-gedcom",
+              "export-gedcom BASE.sv2 OUT.ged [--charset ansi|ansel|ascii|html|utf8] [--links] "
+              "[--events] [--documents] [--no-after-1900] [--geneanet]",
+              VerbeExportGedcom},
     };
     return table;
 }

@@ -24,5 +24,7 @@ int VerbeAddEvent(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAscendants(const Arguments&, std::ostream&, std::ostream&);
 int VerbeDescendants(const Arguments&, std::ostream&, std::ostream&);
 int VerbeNumbers(const Arguments&, std::ostream&, std::ostream&);
+int VerbeImportGedcom(const Arguments&, std::ostream&, std::ostream&);
+int VerbeExportGedcom(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

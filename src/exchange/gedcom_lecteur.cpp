@@ -634,4 +634,8 @@ GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin) {
     return LitGedcomOctets(octets);
 }
 
+bool TagGedcom55(std::string_view tag) {
+    return tagConnu(tag);
+}
+
 } // namespace sylvane

@@ -197,6 +197,9 @@ class GedcomLu {
     RapportGedcom rapport_;
 };
 
+// Whether a tag is one of GEDCOM 5.5 (custom "_" tags are not).
+bool TagGedcom55(std::string_view tag);
+
 // Reads a whole file through the file layer. An unreadable file is an
 // ErreurES; a file over TailleMaxFichier is read as nothing, with the reason.
 GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin);

@@ -337,6 +337,8 @@ class Base {
     void DebutLot();
     void AjoutLot(std::uint32_t n, std::string_view note);
     void FinLot();
+    // Drops an open batch: its words go to no list.
+    void AbandonneLot() { lot_.reset(); }
     bool LotOuvert() const { return lot_ != nullptr; }
     // The words of a note behind a symbol, in order, with repetitions.
     static std::vector<std::string> MotsNote(std::string_view note, char symbole);

@@ -224,7 +224,11 @@ void Base::EcritListeEvt(std::uint32_t e, std::string_view liste, bool personnes
     TeteEvt t = LitTeteEvt(e);
     (personnes ? t.personnes : t.documents) = pos;
     EcritTeteEvt(e, &t);
-    (personnes ? cachePersEvt_ : cacheDocsEvt_) = {e, std::string(liste)};
+    // Assigned in place: the form "(c ? a : b) = {e, string}" left a string
+    // with a wild pointer in the sanitizer build.
+    auto& cache = personnes ? cachePersEvt_ : cacheDocsEvt_;
+    cache.first = e;
+    cache.second.assign(liste.data(), liste.size());
 }
 
 void Base::MajPersonnesEvt(std::uint32_t e, std::uint32_t p, char op) {

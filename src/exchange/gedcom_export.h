@@ -1,0 +1,59 @@
+// The GEDCOM writer: the base's persons, families, events and documents as a
+// GEDCOM 5.5 file of the program's own dialect. It keeps no model of GEDCOM
+// in memory: it walks the sort tables and the stores and prints lines.
+// Events go out as SOUR records cited by their persons, documents as NOTE
+// records, and families are rebuilt from marriages and from the parents of
+// each child.
+#pragma once
+
+#include "store/base.h"
+#include "store/fichier.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+namespace sylvane {
+
+// The character set of the file: the four `JeuCaracteres` of the import
+// ('1' ANSI, '2' ANSEL, '0' code page 437 as "ASCII", '3' HTML entities),
+// and 'U' for UTF-8.
+constexpr char JeuUtf8 = 'U';
+
+struct OptionsExport {
+    char jeu = '1';
+    bool liens = false;       // links as ASSO
+    bool evenements = false;  // events as SOUR records
+    bool documents = false;   // documents as NOTE records
+    bool avant1900 = false;   // `Chk1900`: leave out those born after 1900
+    // The persons chosen; empty: every person.
+    std::function<bool(std::uint32_t)> selection;
+    // Phase label and records done, at each checkpoint of 100 records.
+    std::function<void(const std::string& phase, std::size_t fait)> progres;
+    // The stop flag, looked at every 100 records.
+    std::function<bool()> arret;
+    // The header's date ("dd mmmm yyyy"); empty: today.
+    std::string date;
+};
+
+enum class FinExport { Termine, Arrete };
+
+// Writes the file at `chemin` (written over). A failing write is an ErreurES
+// and leaves the partial file; a stop leaves the file written so far.
+FinExport ExporteGedcom(Base& b, SystemeFichiers& fs, const std::string& chemin,
+                        const OptionsExport& options);
+
+// The same dialect for the GeneaNet tool: links stand behind FAMC, "PEDI" is
+// an attribute, a baptism is "BAPM" and a will "WILL" among the events, and
+// the set is read as '1' ANSI, '2' ANSEL, '3' HTML, anything else ASCII.
+FinExport ExporteGeneanet(Base& b, SystemeFichiers& fs, const std::string& chemin,
+                          const OptionsExport& options);
+
+// The cut of one line of text (already in the file's set) into the value of
+// its first line and the values of its CONC lines: pieces of at most 60
+// characters, cut at the last blank of the first 60 when there is one (the
+// blank is dropped), else after 60 characters. A line under 61 characters
+// stays whole. `utf8`: never cut inside a character.
+std::vector<std::string> DecoupeLigneGedcom(std::string_view ligne, bool utf8 = false);
+
+} // namespace sylvane

@@ -1,0 +1,723 @@
+#include "exchange/gedcom_import.h"
+
+#include "text/dates.h"
+#include "text/messages.h"
+#include "text/mots.h"
+#include "text/tags.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string_view>
+#include <vector>
+
+namespace sylvane {
+namespace {
+
+constexpr std::string_view kCrLf = "\r\n";
+// The symbols offered for new rubrics, in the order of the editor.
+constexpr std::string_view kSymboles = "|\xB6$@~\\\xB0^%\xA4\xB2\xB5\xA3\xA7\xAC\xB1\xB9\xBB\xD7\xF7\x87\x88\x8B\x95\x9B";
+
+constexpr std::string_view kRubriquesPersonne[] = {
+    "NPFX", "NICK", "SPFX", "NSFX", "GIVN", "SURN", "RESI", "CAST", "DSCR", "EDUC", "IDNO",
+    "NATI", "NCHI", "NMR",  "OCCU", "PROP", "RELI", "SSN",  "TITL", "BURI", "CREM", "CHR",
+    "BASM", "BARM", "BLES", "CHRA", "CONF", "FCOM", "ORDN", "NATU", "EMIG", "IMMI", "CENS",
+    "PROB", "WILL", "GRAD", "RETI", "ADOP", "BAPL", "CONL", "ENDL", "SLGC", "ADDR", "PEDI",
+    "MARS", "FACT", "EVEN"};
+constexpr std::string_view kRubriquesMariage[] = {"MARB", "CENS", "MARC", "MARS", "MARL", "ENGA",
+                                                  "DIV",  "DIVF", "ANUL", "NCHI", "RESI", "SLGS"};
+// Tags that carry nothing the base keeps.
+constexpr std::string_view kIgnores[] = {
+    "DATA", "COPR", "CALN", "SIGN", "RIN",  "RFN",  "RESN", "QUAY", "ROLE", "PAGE", "TIME",
+    "VERS", "GEDC", "FORM", "FILE", "LANG", "DEST", "CHAN", "FAMS", "FAMC", "SUBM", "ANCI",
+    "DESI", "AFN",  "REFN", "_UID", "UID"};
+
+template <std::size_t N>
+bool Parmi(const std::string_view (&t)[N], std::string_view tag) {
+    return std::find(std::begin(t), std::end(t), tag) != std::end(t);
+}
+
+// A text of the file made fit for the base: "#" ends a text there.
+std::string Propre(std::string_view v) {
+    std::string s(v);
+    std::replace(s.begin(), s.end(), '#', '*');
+    return s;
+}
+
+void Exemple(CompteAnomalie& c, std::uint32_t ligne, std::string texte) {
+    ++c.nombre;
+    if (c.exemples.size() < NombreExemples) c.exemples.push_back({ligne, std::move(texte), 0});
+}
+
+// A date of the file in held form; `ok` false when it could not be split
+// into a year of four characters at most.
+DateTenue DateTenueDe(std::string_view v, bool& ok) {
+    DateTenue d = Conv_DateEtrangere(Propre(v));
+    ok = d.annee.size() <= 4;
+    return d;
+}
+
+struct Rubrique {
+    std::string jourMois, annee, valeur;
+    bool rempli = false;
+};
+
+class Importeur {
+  public:
+    Importeur(Base& b, const GedcomLu& g, const OptionsImport& o, RapportImport& r)
+        : b_(b), g_(g), o_(o), r_(r) {}
+
+    void Lance() {
+        numeros_.assign(g_.nombrePointeurs() + 1, 0);
+        genres_.assign(g_.nombrePointeurs() + 1, 0);
+        b_.DebutLot();
+        Passe1();
+        if (!r_.arrete) Passe2();
+        Ascendance();
+        Fin();
+    }
+
+  private:
+    bool Point(const char* phase) {
+        ++fait_;
+        if (fait_ % 100 != 0) return true;
+        if (o_.progres) o_.progres(phase, fait_);
+        if (o_.arret && o_.arret()) {
+            r_.arrete = true;
+            return false;
+        }
+        return true;
+    }
+    std::string_view Tag(std::size_t i) const { return g_.tag(i); }
+    std::string Valeur(std::size_t i) const { return Propre(g_.valeur(i)); }
+    std::uint32_t Numero(std::size_t i, char genre) const {
+        const std::uint32_t p = g_.ligne(i).lien;
+        return p && genres_[p] == genre ? numeros_[p] : 0;
+    }
+
+    // --- Rubric slots, created on first sight
+    int Slot(std::array<SlotRubrique, 10>& slots, std::string_view tag) {
+        for (std::size_t i = 0; i < slots.size(); ++i) {
+            if (slots[i].symbole == ' ' || slots[i].symbole == '\0') {
+                char s = Symbole(tag);
+                if (s == 0) return -1;
+                slots[i] = {s, '1', std::string(tag)};
+                b_.TeteModifiable();
+                return static_cast<int>(i);
+            }
+            if (slots[i].tag == tag) return static_cast<int>(i);
+        }
+        return -1;
+    }
+    // The symbol of the rubric of this tag, the rubric made when missing; 0
+    // when the table or the symbols are used up.
+    char Symbole(std::string_view tag) {
+        const std::uint32_t nb = b_.Tete().nbRubriques;
+        std::string utilises;
+        for (std::uint32_t k = 1; k <= nb; ++k) {
+            const std::string r = b_.LitRubrique(k);
+            if (r.empty()) continue;
+            if (r.substr(1) == tag) return r[0];
+            utilises += r[0];
+        }
+        if (nb >= 50) return 0;
+        for (char s : kSymboles) {
+            if (utilises.find(s) != std::string::npos) continue;
+            b_.EcritRubrique(nb + 1, s, tag, 0);
+            b_.TeteModifiable().nbRubriques = nb + 1;
+            return s;
+        }
+        return 0;
+    }
+
+    static std::string LigneRubrique(const SlotRubrique& s, const Rubrique& r) {
+        std::string date;
+        if (!r.annee.empty() || !r.jourMois.empty()) {
+            const bool jm = !r.jourMois.empty() && std::isdigit(static_cast<unsigned char>(r.jourMois[0])) &&
+                            r.jourMois.find('/') != std::string::npos;
+            date = r.jourMois.empty() ? r.annee : r.jourMois + (jm ? "/" : " ") + r.annee;
+        }
+        std::string l = s.tag + " " + date + " ";
+        if (!r.valeur.empty()) l += s.symbole + VersPoints(r.valeur);
+        return l;
+    }
+
+    // --- Lines kept in a note
+    void EnNote(std::string& note, std::size_t i, int profondeur, bool compter) {
+        const std::string_view tag = Tag(i);
+        if (compter && !TagGedcom55(tag)) Exemple(r_.tagsEnNote, g_.ligne(i).numero, std::string(tag));
+        (void)profondeur; // the reader trims values, so depth is not shown
+        std::string l;
+        std::string libelle = Conv_LibelleTag(tag);
+        l += libelle;
+        // A pointer is kept as its name, without the "@" that would make a
+        // pointer of it again.
+        const std::string v = g_.ligne(i).lien ? std::string(g_.textePointeur(g_.ligne(i).lien)) : Valeur(i);
+        if (!v.empty()) l += (libelle == tag ? " " : " : ") + v;
+        Ajoute(note, l);
+        for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, profondeur + 1, compter);
+    }
+    static void Ajoute(std::string& note, std::string_view l) {
+        if (!note.empty()) note += kCrLf;
+        note += l;
+    }
+
+    // --- Pass 1
+    void Passe1() {
+        for (std::uint32_t i : g_.enregistrements()) {
+            const std::string_view tag = Tag(i);
+            const std::uint32_t p = g_.ligne(i).pointeur;
+            if (tag == "INDI") {
+                if (!Point("INDI")) return;
+                const std::uint32_t n = Individu(i);
+                if (p) numeros_[p] = n, genres_[p] = 'I';
+            } else if (tag == "SOUR" && p) {
+                if (!Point("SOUR")) return;
+                Source(i, p);
+            } else if (tag == "NOTE" && p) {
+                if (!Point("NOTE")) return;
+                numeros_[p] = DocumentNote(i);
+                genres_[p] = 'D';
+            } else if (tag == "HEAD") {
+                Entete(i);
+            } else if (tag == "FAM") {
+                ++r_.familles;
+            } else if (tag == "SUBM" && o_.parametres) {
+                Soumetteur(i);
+            }
+        }
+    }
+
+    // The header's note is the base's title document.
+    void Entete(std::size_t i) {
+        const std::size_t note = g_.sousLigne(i, "NOTE");
+        if (note == GedcomLu::npos || g_.ligne(note).lien) return;
+        const std::string v = Valeur(note);
+        const auto crlf = v.find(kCrLf);
+        const std::uint32_t d = b_.CreeDoc(v.substr(0, crlf), "", "",
+                                           crlf == std::string::npos ? "" : v.substr(crlf + 2));
+        b_.DefinitDocumentTitre(d);
+        ++r_.documents;
+    }
+
+    void Soumetteur(std::size_t i) {
+        if (soumetteurLu_) return;
+        soumetteurLu_ = true;
+        Parametres& p = *o_.parametres;
+        for (std::size_t s : g_.sousLignes(i)) {
+            if (Tag(s) == "NAME") p.auteur = Valeur(s);
+            if (Tag(s) == "ADDR") {
+                std::string a = Valeur(s);
+                std::size_t k = 0, debut = 0;
+                for (; k < p.adresse.size(); ++k) {
+                    auto fin = a.find(kCrLf, debut);
+                    p.adresse[k] = a.substr(debut, fin == std::string::npos ? fin : fin - debut);
+                    if (fin == std::string::npos) break;
+                    debut = fin + 2;
+                }
+                for (++k; k < p.adresse.size(); ++k) p.adresse[k].clear();
+            }
+        }
+    }
+
+    std::uint32_t Individu(std::size_t i) {
+        std::string nom, prenom, autres, lieuN, lieuD;
+        DateTenue naiss, deces;
+        char sexe = 'I';
+        bool aNom = false, aNaiss = false, aDeces = false, aSexe = false;
+        std::string note;
+        std::array<Rubrique, 10> rubriques{};
+        auto& slots = b_.TeteModifiable().rubriquesPersonne;
+        auto rubrique = [&](std::string_view tag, const DateTenue& d, const std::string& v) {
+            const int k = Slot(slots, tag);
+            if (k < 0 || rubriques[k].rempli) return false;
+            rubriques[k] = {d.jourMois, d.annee, v, true};
+            return true;
+        };
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view tag = Tag(s);
+            if (tag == "NAME" && !aNom) {
+                aNom = true;
+                const std::string v = Valeur(s);
+                const auto a = v.find('/');
+                std::string prenoms = Trim(v.substr(0, a));
+                if (a != std::string::npos) {
+                    const auto b2 = v.find('/', a + 1);
+                    nom = Trim(v.substr(a + 1, b2 == std::string::npos ? b2 : b2 - a - 1));
+                    if (b2 != std::string::npos && !Trim(v.substr(b2 + 1)).empty())
+                        prenoms += (prenoms.empty() ? "" : " ") + Trim(v.substr(b2 + 1));
+                }
+                const auto blanc = prenoms.find(' ');
+                prenom = prenoms.substr(0, blanc);
+                if (blanc != std::string::npos) autres = Trim(prenoms.substr(blanc + 1));
+                for (std::size_t x : g_.sousLignes(s)) {
+                    const std::string_view t = Tag(x);
+                    const std::string vx = Valeur(x);
+                    if ((t == "GIVN" && vx == prenoms) || (t == "SURN" && vx == nom)) continue;
+                    if (Parmi(kRubriquesPersonne, t) && rubrique(t, {}, vx)) continue;
+                    EnNote(note, x, 0, true);
+                }
+            } else if (tag == "SEX" && !aSexe) {
+                aSexe = true;
+                sexe = Valeur(s) == "M" ? 'H' : 'F';
+            } else if ((tag == "BIRT" && !aNaiss) || (tag == "DEAT" && !aDeces)) {
+                const bool b = tag == "BIRT";
+                (b ? aNaiss : aDeces) = true;
+                for (std::size_t x : g_.sousLignes(s)) {
+                    const std::string_view t = Tag(x);
+                    if (t == "DATE") {
+                        bool ok = true;
+                        DateTenue d = DateTenueDe(g_.valeur(x), ok);
+                        if (ok) (b ? naiss : deces) = d;
+                        else EnNote(note, x, 0, false);
+                    } else if (t == "PLAC") {
+                        (b ? lieuN : lieuD) = Valeur(x);
+                    } else {
+                        std::string sous;
+                        EnNote(sous, x, 1, true);
+                        Ajoute(note, Conv_LibelleTag(tag) + kCrLf.data() + sous);
+                    }
+                }
+            } else if (tag == "FAMS" || tag == "FAMC" || tag == "ASSO" ||
+                       (tag == "SOUR" && g_.ligne(s).lien) || (tag == "NOTE" && g_.ligne(s).lien) ||
+                       Parmi(kIgnores, tag)) {
+                // pass 2, or nothing to keep
+            } else if (tag == "NOTE" || tag == "TEXT") {
+                Ajoute(note, Valeur(s));
+                for (std::size_t x : g_.sousLignes(s)) EnNote(note, x, 1, true);
+            } else if (Parmi(kRubriquesPersonne, tag)) {
+                std::string t(tag == "BAPM" ? "CHR" : tag);
+                DateTenue d;
+                std::string valeur = Valeur(s), reste;
+                bool dateOk = true;
+                if (t == "EVEN") {
+                    const std::size_t ty = g_.sousLigne(s, "TYPE");
+                    t = ty == GedcomLu::npos ? std::string() : Conv_TagLibelle(Valeur(ty));
+                    if (t.size() > 4 || t.empty() || !Parmi(kRubriquesPersonne, t)) t.clear();
+                }
+                for (std::size_t x : g_.sousLignes(s)) {
+                    const std::string_view tx = Tag(x);
+                    if (tx == "DATE") {
+                        d = DateTenueDe(g_.valeur(x), dateOk);
+                    } else if (tx == "PLAC" && valeur.empty()) {
+                        valeur = Valeur(x);
+                    } else if (tx == "TYPE" && tag == "EVEN") {
+                    } else if (tx == "NOTE" && valeur.empty() && tag == "EVEN") {
+                        valeur = Valeur(x);
+                    } else {
+                        EnNote(reste, x, 1, true);
+                    }
+                }
+                if (t.empty() || !dateOk || !rubrique(t, d, valeur)) {
+                    std::string l;
+                    EnNote(l, s, 0, false);
+                    Ajoute(note, l);
+                } else if (!reste.empty()) {
+                    Ajoute(note, Conv_LibelleTag(t) + kCrLf.data() + reste);
+                }
+            } else if (tag == "BAPM" || tag == "CHR") {
+                // handled with the rubrics above
+            } else if (tag == "AGE") {
+                Ajoute(note, DecodeAge(g_.valeur(s)));
+            } else {
+                EnNote(note, s, 0, true);
+            }
+        }
+        const std::uint32_t n = b_.CreePersonne(nom, prenom, autres, sexe, naiss.annee,
+                                                naiss.jourMois, deces.annee, deces.jourMois);
+        const std::string ligne1 = b_.LigneMotsCles(n);
+        std::string complete = b_.LigneMotsCles(n, lieuN, lieuD);
+        for (std::size_t k = 0; k < rubriques.size(); ++k)
+            if (rubriques[k].rempli) complete += std::string(kCrLf) + LigneRubrique(slots[k], rubriques[k]);
+        if (!note.empty()) complete += std::string(kCrLf) + std::string(kCrLf) + note;
+        if (complete != ligne1) {
+            b_.EcritNote(n, complete);
+            b_.AjoutLot(n, complete.substr(complete.compare(0, ligne1.size(), ligne1) == 0 ? ligne1.size() : 0));
+        }
+        const std::string cle = b_.CleAnNaiss(n);
+        if (cle < derniereCle_) nonTrie_ = true;
+        derniereCle_ = cle;
+        ++r_.personnes;
+        return n;
+    }
+
+    void Source(std::size_t i, std::uint32_t p) {
+        std::size_t evt = GedcomLu::npos;
+        const std::size_t data = g_.sousLigne(i, "DATA");
+        if (data != GedcomLu::npos) evt = g_.sousLigne(data, "EVEN");
+        if (evt == GedcomLu::npos) evt = g_.sousLigne(i, "EVEN");
+        std::string titre, note;
+        std::vector<std::uint32_t> docs;
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view t = Tag(s);
+            if (t == "TITL") titre = Valeur(s);
+            else if (t == "DATA") {
+            } else if (t == "NOTE" && g_.ligne(s).lien) {
+                docsPasse2_.push_back(s);
+            } else if (!Parmi(kIgnores, t) || t == "REFN") {
+                EnNote(note, s, 0, false);
+            }
+        }
+        if (evt == GedcomLu::npos) {
+            // No event data: the source is a document.
+            const std::uint32_t d = b_.CreeDoc(titre.empty() ? Valeur(i) : titre, "", "", note);
+            numeros_[p] = d;
+            genres_[p] = 'D';
+            ++r_.documents;
+            return;
+        }
+        std::string v = Valeur(evt), notesEvt;
+        const auto crlf = v.find(kCrLf);
+        std::string tag = Trim(v.substr(0, crlf));
+        if (crlf != std::string::npos) notesEvt = v.substr(crlf + 2);
+        if (tag.size() > 2 && tag.front() == '(' && tag.back() == ')') tag = Conv_TagLibelle(tag.substr(1, tag.size() - 2));
+        std::string lieu;
+        long date = Conv_DateSerie("1/1/100", "dd/mm/yyyy");
+        for (std::size_t s : g_.sousLignes(evt)) {
+            const std::string_view t = Tag(s);
+            if (t == "PLAC") {
+                lieu = Valeur(s);
+            } else if (t == "DATE") {
+                const std::string brut = Valeur(s);
+                std::string dt = Conv_PremierEnUn(brut);
+                if (!Conv_DateValide(dt, "dd/mm/yyyy")) dt = Conv_DateGedcom(dt);
+                DateTenue tenue = Conv_DateEtrangere(brut, "dd/mm/yyyy");
+                const std::string jm = tenue.jourMois + "/" + tenue.annee;
+                if (Conv_DateValide(jm, "dd/mm/yyyy"))
+                    date = Conv_DateSerie(jm, "dd/mm/yyyy");
+                else if (Conv_DateValide(dt, "dd/mm/yyyy"))
+                    date = Conv_DateSerie(dt, "dd/mm/yyyy");
+                else
+                    Ajoute(note, brut);
+            } else if (t != "NOTE") {
+                EnNote(note, s, 0, false);
+            }
+        }
+        if (data != GedcomLu::npos)
+            for (std::size_t s : g_.sousLignes(data))
+                if (Tag(s) == "NOTE" && g_.ligne(s).lien) docsPasse2_.push_back(s);
+        if (!notesEvt.empty()) note = note.empty() ? notesEvt : notesEvt + std::string(kCrLf) + note;
+        if (tag.empty()) tag = "EVEN";
+        const std::uint32_t e = b_.CreeEvtPersonne(0, date, tag, lieu);
+        std::string texte = Trim(lieu);
+        texte += '\0';
+        texte += titre;
+        texte += '\0';
+        texte += tag;
+        b_.EcritEvt(e, texte);
+        if (!note.empty()) b_.EcritNoteEvt(e, note);
+        numeros_[p] = e;
+        genres_[p] = 'E';
+        ++r_.evenements;
+    }
+
+    std::uint32_t DocumentNote(std::size_t i) {
+        std::string v = Valeur(i);
+        const auto crlf = v.find(kCrLf);
+        std::string titre = v.substr(0, crlf), note;
+        if (crlf != std::string::npos) note = v.substr(crlf + 2);
+        std::string fichier, type;
+        for (std::size_t s : g_.sousLignes(i)) {
+            if (Tag(s) == "REFN") {
+                fichier = Valeur(s);
+                const std::size_t ty = g_.sousLigne(s, "TYPE");
+                if (ty != GedcomLu::npos) type = Valeur(ty);
+            } else {
+                EnNote(note, s, 0, false);
+            }
+        }
+        ++r_.documents;
+        return b_.CreeDoc(titre, fichier, type, note);
+    }
+
+    // --- Pass 2
+    void Passe2() {
+        for (std::uint32_t i : g_.enregistrements()) {
+            const std::string_view tag = Tag(i);
+            if (tag == "INDI") {
+                if (!Point("INDI")) return;
+                const std::uint32_t p = g_.ligne(i).pointeur;
+                if (p && genres_[p] == 'I') Liens(i, numeros_[p]);
+            } else if (tag == "FAM") {
+                if (!Point("FAM")) return;
+                Famille(i);
+            }
+        }
+        for (std::size_t s : docsPasse2_) {
+            // the documents of the events
+            std::size_t rec = s;
+            while (g_.ligne(rec).niveau > 0) --rec;
+            const std::uint32_t p = g_.ligne(rec).pointeur;
+            const std::uint32_t d = Numero(s, 'D');
+            if (p && genres_[p] == 'E' && d) b_.MajDocsEvt(numeros_[p], d, 'A');
+        }
+    }
+
+    void Liens(std::size_t i, std::uint32_t n) {
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view tag = Tag(s);
+            if (tag == "ASSO") {
+                const std::uint32_t q = Numero(s, 'I');
+                if (q == 0) continue;
+                const std::size_t rela = g_.sousLigne(s, "RELA");
+                b_.MajLiens(n, q, rela == GedcomLu::npos ? std::string() : Valeur(rela), 'A');
+            } else if (tag == "SOUR" && g_.ligne(s).lien) {
+                if (std::uint32_t e = Numero(s, 'E')) {
+                    std::string role = "WITN";
+                    const std::size_t ev = g_.sousLigne(s, "EVEN");
+                    const std::size_t ro = ev == GedcomLu::npos ? GedcomLu::npos : g_.sousLigne(ev, "ROLE");
+                    if (ro != GedcomLu::npos) {
+                        std::string v = Valeur(ro);
+                        if (v.size() > 2 && v.front() == '(' && v.back() == ')')
+                            role = Conv_TagLibelle(v.substr(1, v.size() - 2));
+                        else if (!v.empty())
+                            role = Conv_TagLibelle(v);
+                    }
+                    b_.MajEvts(n, e, role, 'A');
+                    b_.MajPersonnesEvt(e, n, 'A');
+                } else if (std::uint32_t d = Numero(s, 'D')) {
+                    b_.MajDocs(n, d, 'A');
+                }
+            } else if (tag == "NOTE" && g_.ligne(s).lien) {
+                if (std::uint32_t d = Numero(s, 'D')) b_.MajDocs(n, d, 'A');
+            }
+        }
+    }
+
+    void Famille(std::size_t i) {
+        std::uint32_t mari = 0, femme = 0;
+        std::vector<std::uint32_t> enfants;
+        std::string note;
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view tag = Tag(s);
+            if (tag == "HUSB" && !mari) mari = Numero(s, 'I');
+            else if (tag == "WIFE" && !femme) femme = Numero(s, 'I');
+            else if (tag == "CHIL") {
+                if (std::uint32_t c = Numero(s, 'I')) enfants.push_back(c);
+            }
+        }
+        if (mari == femme) femme = 0;
+        std::uint32_t m = 0;
+        if (mari && femme) {
+            m = b_.CreeMariage(mari, femme);
+            ++r_.mariages;
+        }
+        for (std::uint32_t c : enfants) {
+            if (c == mari || c == femme) {
+                Exemple(r_.ascendance, g_.ligne(i).numero, b_.NomComplet(c));
+                continue;
+            }
+            // A child of two families (born and adopted) keeps the parents
+            // of the first: a father of one and a mother of the other
+            // would make a couple that no file holds.
+            if (b_.LitPere(c) != 0 || b_.LitMere(c) != 0) continue;
+            if (mari) {
+                b_.EcritPere(c, mari);
+                b_.MajEnfants(mari, c, 'A');
+            }
+            if (femme) {
+                b_.EcritMere(c, femme);
+                b_.MajEnfants(femme, c, 'A');
+            }
+        }
+        if (m == 0) return;
+        std::string date, lieu;
+        DateTenue d;
+        std::array<Rubrique, 10> rubriques{};
+        auto& slots = b_.TeteModifiable().rubriquesMariage;
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view tag = Tag(s);
+            if (tag == "HUSB" || tag == "WIFE") {
+                const std::size_t age = g_.sousLigne(s, "AGE");
+                if (age != GedcomLu::npos)
+                    Ajoute(note, Conv_LibelleTag(tag) + " : " + DecodeAge(g_.valeur(age)));
+            } else if (tag == "CHIL" || Parmi(kIgnores, tag)) {
+            } else if (tag == "MARR" && d.annee.empty() && d.jourMois.empty() && lieu.empty()) {
+                for (std::size_t x : g_.sousLignes(s)) {
+                    if (Tag(x) == "DATE") {
+                        bool ok = true;
+                        DateTenue t = DateTenueDe(g_.valeur(x), ok);
+                        if (ok) d = t;
+                        else Ajoute(note, Valeur(x));
+                    } else if (Tag(x) == "PLAC") {
+                        lieu = Valeur(x);
+                    } else {
+                        EnNote(note, x, 0, true);
+                    }
+                }
+            } else if (Parmi(kRubriquesMariage, tag)) {
+                DateTenue dt;
+                bool ok = true;
+                std::string v = Valeur(s);
+                for (std::size_t x : g_.sousLignes(s)) {
+                    if (Tag(x) == "DATE") dt = DateTenueDe(g_.valeur(x), ok);
+                    else if (Tag(x) == "PLAC" && v.empty()) v = Valeur(x);
+                }
+                const int k = Slot(slots, tag);
+                if (ok && k >= 0 && !rubriques[k].rempli) rubriques[k] = {dt.jourMois, dt.annee, v, true};
+                else EnNote(note, s, 0, false);
+            } else if (tag == "NOTE" && g_.ligne(s).lien) {
+                if (std::uint32_t doc = Numero(s, 'D')) Ajoute(note, b_.TitreDoc(doc));
+            } else if (tag == "NOTE") {
+                Ajoute(note, Valeur(s));
+            } else {
+                EnNote(note, s, 0, true);
+            }
+        }
+        b_.EcritAnMariage(m, d.annee);
+        std::string texte = d.jourMois;
+        if (!Trim(lieu).empty()) texte += " @" + VersPoints(lieu);
+        for (std::size_t k = 0; k < rubriques.size(); ++k)
+            if (rubriques[k].rempli) texte += std::string(kCrLf) + LigneRubrique(slots[k], rubriques[k]);
+        if (!note.empty()) texte += std::string(kCrLf) + std::string(kCrLf) + note;
+        if (!texte.empty()) {
+            b_.EcritNoteMariage(m, texte);
+            b_.AjoutLot(mari, texte);
+            b_.AjoutLot(femme, texte);
+        }
+    }
+
+    // A family that makes a person his own ancestor: the parent link that
+    // closes the loop is dropped, so that every walk up ends.
+    void Ascendance() {
+        const std::uint32_t max = b_.Tete().maxPersonne;
+        std::vector<std::uint8_t> etat(max + 1, 0); // 0 unseen, 1 on the path, 2 done
+        std::vector<std::pair<std::uint32_t, int>> pile;
+        for (std::uint32_t depart = 1; depart <= max; ++depart) {
+            if (etat[depart]) continue;
+            pile.push_back({depart, 0});
+            etat[depart] = 1;
+            while (!pile.empty()) {
+                auto& [n, k] = pile.back();
+                if (k == 2) {
+                    etat[n] = 2;
+                    pile.pop_back();
+                    continue;
+                }
+                const bool pere = k == 0;
+                ++k;
+                const std::uint32_t p = pere ? b_.LitPere(n) : b_.LitMere(n);
+                if (p == 0 || p > max) continue;
+                if (etat[p] == 1) {
+                    Exemple(r_.ascendance, 0, b_.NomComplet(n));
+                    const std::uint32_t enfant = n;
+                    if (pere) b_.EcritPere(enfant, 0);
+                    else b_.EcritMere(enfant, 0);
+                    b_.MajEnfants(p, enfant, 'S');
+                } else if (etat[p] == 0) {
+                    etat[p] = 1;
+                    pile.push_back({p, 0});
+                }
+            }
+        }
+    }
+
+    void Fin() {
+        Questions* q = o_.questions;
+        if (nonTrie_ && !r_.arrete) {
+            if (!q || q->OuiNon(QuestionTri)) {
+                b_.TriTable();
+                r_.trie = true;
+            }
+        }
+        if (!q || q->OuiNon(QuestionMotsCles)) {
+            b_.FinLot();
+            r_.motsCles = true;
+        } else {
+            b_.AbandonneLot();
+        }
+        b_.MarqueModif();
+        b_.ValideBase();
+    }
+
+    Base& b_;
+    const GedcomLu& g_;
+    const OptionsImport& o_;
+    RapportImport& r_;
+    std::vector<std::uint32_t> numeros_;
+    std::vector<char> genres_;
+    std::vector<std::size_t> docsPasse2_;
+    std::size_t fait_ = 0;
+    bool nonTrie_ = false;
+    bool soumetteurLu_ = false;
+    std::string derniereCle_;
+};
+
+std::string Exemples(const char* titre, const CompteAnomalie& c) {
+    if (c.nombre == 0) return "";
+    std::string t = std::string(titre) + " : " + std::to_string(c.nombre) + "\r\n";
+    for (const auto& e : c.exemples) {
+        t += "  ";
+        if (e.ligne) t += "ligne " + std::to_string(e.ligne) + " : ";
+        t += e.texte + "\r\n";
+    }
+    return t;
+}
+
+} // namespace
+
+bool RapportImport::vide() const {
+    return erreur.empty() && lecture[Anomalie::CaractereRemplace].nombre == 0 &&
+           tagsEnNote.nombre == 0 && lecture[Anomalie::PointeurOrphelin].nombre == 0 &&
+           ascendance.nombre == 0 && !arrete;
+}
+
+std::string RapportImport::Texte() const {
+    std::string t;
+    if (!erreur.empty()) t += erreur + "\r\n";
+    t += std::to_string(personnes) + " personnes, " + std::to_string(familles) + " familles, " +
+         std::to_string(mariages) + " mariages, " + std::to_string(evenements) +
+         " \xE9v\xE9nements, " + std::to_string(documents) + " documents\r\n";
+    t += Exemples("Caract\xE8res remplac\xE9s", lecture[Anomalie::CaractereRemplace]);
+    t += Exemples("Tags inconnus gard\xE9s dans les notes", tagsEnNote);
+    t += Exemples("Pointeurs sans enregistrement", lecture[Anomalie::PointeurOrphelin]);
+    t += Exemples("Personnes qui seraient leur propre anc\xEAtre", ascendance);
+    if (arrete) t += "Importation arr\xEAt\xE9" "e\r\n";
+    return t;
+}
+
+GedcomLu PrepareGedcom(SystemeFichiers& fs, const std::string& chemin) {
+    return LitGedcom(fs, chemin);
+}
+
+RapportImport ImporteGedcom(Base& b, const GedcomLu& g, const OptionsImport& options) {
+    RapportImport r;
+    r.lecture = g.rapport();
+    r.erreur = g.rapport().erreur();
+    Importeur imp(b, g, options, r);
+    imp.Lance();
+    return r;
+}
+
+std::string DecodeAge(std::string_view age) {
+    // Each word such as "42y" gives "42 ans"; "<" and ">" stay in front, and
+    // a word of any other form (CHILD, INFANT, STILLBORN) stays as it is.
+    std::string r;
+    const std::string texte = Trim(age);
+    std::size_t debut = 0;
+    while (debut < texte.size()) {
+        auto fin = texte.find(' ', debut);
+        if (fin == std::string::npos) fin = texte.size();
+        std::string mot = texte.substr(debut, fin - debut);
+        debut = fin + 1;
+        if (mot.empty()) continue;
+        std::size_t k = 0;
+        while (k < mot.size() && (mot[k] == '<' || mot[k] == '>')) ++k;
+        std::size_t c = k;
+        while (c < mot.size() && std::isdigit(static_cast<unsigned char>(mot[c]))) ++c;
+        int m = 0;
+        if (c > k && c + 1 == mot.size()) {
+            switch (mot[c]) {
+            case 'y': case 'Y': m = 722; break;
+            case 'm': case 'M': m = 723; break;
+            case 'd': case 'D': m = 724; break;
+            default: break;
+            }
+        }
+        if (!r.empty()) r += ' ';
+        r += m ? mot.substr(0, c) + " " + Message(m) : mot;
+    }
+    return r;
+}
+
+} // namespace sylvane
