@@ -36,6 +36,11 @@ std::span<const Verbe> Verbes() {
               "export-gedcom BASE.sv2 OUT.ged [--charset ansi|ansel|ascii|html|utf8] [--links] "
               "[--events] [--documents] [--no-after-1900] [--geneanet]",
               VerbeExportGedcom},
+        Verbe{"reorganise", "reorganise BASE.sv2 [--backup]", VerbeReorganise},
+        Verbe{"control", "control BASE.sv2 [--backup]", VerbeControl},
+        Verbe{"repair",
+              "repair names|firstnames BASE.sv2 [--surname-case 1|2] [--first-name-case 1|2]",
+              VerbeRepair},
     };
     return table;
 }

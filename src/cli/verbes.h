@@ -26,5 +26,8 @@ int VerbeDescendants(const Arguments&, std::ostream&, std::ostream&);
 int VerbeNumbers(const Arguments&, std::ostream&, std::ostream&);
 int VerbeImportGedcom(const Arguments&, std::ostream&, std::ostream&);
 int VerbeExportGedcom(const Arguments&, std::ostream&, std::ostream&);
+int VerbeReorganise(const Arguments&, std::ostream&, std::ostream&);
+int VerbeControl(const Arguments&, std::ostream&, std::ostream&);
+int VerbeRepair(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

@@ -75,6 +75,10 @@ struct Entete {
     std::uint32_t documentTitre = 0;
 };
 
+// The 500 header bytes of these fields, with the places of the eight tables
+// in the order of `Table`.
+std::string OctetsEntete(const Entete& e, const std::array<std::uint32_t, 8>& places);
+
 // A table of block positions and where it stands in the file.
 struct TableBlocs {
     std::vector<std::uint32_t> positions;
@@ -430,6 +434,8 @@ class Base {
 
     // --- Settings of the process -----------------------------------------
     const Parametres& Params() const { return parametres_; }
+    // The file layer the base lives on (for the files beside it).
+    SystemeFichiers& Systeme() { return fs_; }
 
     // Statistics for tests and benchmarks.
     struct Compteurs {

@@ -42,6 +42,37 @@ CheminsBase DeriveChemins(const std::string& chemin) {
     return c;
 }
 
+std::string OctetsEntete(const Entete& e, const std::array<std::uint32_t, 8>& places) {
+    std::string h(kTailleEntete, '\0');
+    std::string b = e.banniere.substr(0, 30);
+    b.resize(30, ' ');
+    h.replace(0, 30, b);
+    Pose4(h, 31, e.zoneFin);
+    Pose4(h, 35, e.nbPersonnes);
+    Pose4(h, 39, e.maxPersonne);
+    Pose4(h, 43, e.maxMariage);
+    h[47] = e.modeTri;
+    h.replace(48, 2, Pack2(e.nbRubriques));
+    Pose4(h, 53, e.nbMots);
+    Pose4(h, 57, e.maxDocument);
+    Pose4(h, 61, e.nbDocuments);
+    Pose4(h, 65, e.maxEvenement);
+    Pose4(h, 69, e.nbEvenements);
+    for (int k = 0; k < 8; ++k) Pose4(h, kFormes[k].offsetEntete, places[k]);
+    h[101] = e.premierPrenom == '1' ? '1' : '0';
+    h[102] = e.particules == '1' ? '1' : '0';
+    Pose4(h, 104, e.posRubriques);
+    for (int i = 0; i < 10; ++i) {
+        h[108 + 2 * i] = e.rubriquesPersonne[i].symbole;
+        h[109 + 2 * i] = e.rubriquesPersonne[i].drapeau;
+        h[128 + 2 * i] = e.rubriquesMariage[i].symbole;
+        h[129 + 2 * i] = e.rubriquesMariage[i].drapeau;
+    }
+    h[148] = e.documentTitre ? '1' : '0';
+    Pose4(h, 150, e.documentTitre);
+    return h;
+}
+
 Base::Base(SystemeFichiers& fs, const Parametres& parametres)
     : fs_(fs), parametres_(parametres) {
     temoins_ =
@@ -366,33 +397,9 @@ void Base::EcritEntete() {
         }
     }
     // 3. The header, in one piece, after everything it names is durable.
-    std::string h(kTailleEntete, '\0');
-    std::string b = entete_.banniere.substr(0, 30);
-    b.resize(30, ' ');
-    h.replace(0, 30, b);
-    Pose4(h, 31, entete_.zoneFin);
-    Pose4(h, 35, entete_.nbPersonnes);
-    Pose4(h, 39, entete_.maxPersonne);
-    Pose4(h, 43, entete_.maxMariage);
-    h[47] = entete_.modeTri;
-    h.replace(48, 2, Pack2(entete_.nbRubriques));
-    Pose4(h, 53, entete_.nbMots);
-    Pose4(h, 57, entete_.maxDocument);
-    Pose4(h, 61, entete_.nbDocuments);
-    Pose4(h, 65, entete_.maxEvenement);
-    Pose4(h, 69, entete_.nbEvenements);
-    for (int k = 0; k < 8; ++k) Pose4(h, kFormes[k].offsetEntete, tables_[k].place);
-    h[101] = entete_.premierPrenom == '1' ? '1' : '0';
-    h[102] = entete_.particules == '1' ? '1' : '0';
-    Pose4(h, 104, entete_.posRubriques);
-    for (int i = 0; i < 10; ++i) {
-        h[108 + 2 * i] = entete_.rubriquesPersonne[i].symbole;
-        h[109 + 2 * i] = entete_.rubriquesPersonne[i].drapeau;
-        h[128 + 2 * i] = entete_.rubriquesMariage[i].symbole;
-        h[129 + 2 * i] = entete_.rubriquesMariage[i].drapeau;
-    }
-    h[148] = entete_.documentTitre ? '1' : '0';
-    Pose4(h, 150, entete_.documentTitre);
+    std::array<std::uint32_t, 8> places{};
+    for (int k = 0; k < 8; ++k) places[k] = tables_[k].place;
+    const std::string h = OctetsEntete(entete_, places);
 
     ViderTampon();
     Journaliser(0, kTailleEntete);
