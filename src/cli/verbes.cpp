@@ -41,6 +41,14 @@ std::span<const Verbe> Verbes() {
         Verbe{"repair",
               "repair names|firstnames BASE.sv2 [--surname-case 1|2] [--first-name-case 1|2]",
               VerbeRepair},
+        Verbe{"export-svr",
+              "export-svr BASE.sv2 OUT.svr [--ascendants N|--descendants N]... [--collaterals] "
+              "[--complete] [--no-after-1900]",
+              VerbeExportSvr},
+        Verbe{"import-svr", "import-svr FILE.svr BASE.sv2", VerbeImportSvr},
+        Verbe{"integrate", "integrate BASE.sv2 FILE.svr [--yes]", VerbeIntegrate},
+        Verbe{"backup", "backup BASE.sv2 COPY.sav", VerbeBackup},
+        Verbe{"restore", "restore COPY.sav [--yes]", VerbeRestore},
     };
     return table;
 }

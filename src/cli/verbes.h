@@ -29,5 +29,10 @@ int VerbeExportGedcom(const Arguments&, std::ostream&, std::ostream&);
 int VerbeReorganise(const Arguments&, std::ostream&, std::ostream&);
 int VerbeControl(const Arguments&, std::ostream&, std::ostream&);
 int VerbeRepair(const Arguments&, std::ostream&, std::ostream&);
+int VerbeExportSvr(const Arguments&, std::ostream&, std::ostream&);
+int VerbeImportSvr(const Arguments&, std::ostream&, std::ostream&);
+int VerbeIntegrate(const Arguments&, std::ostream&, std::ostream&);
+int VerbeBackup(const Arguments&, std::ostream&, std::ostream&);
+int VerbeRestore(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

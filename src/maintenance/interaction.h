@@ -30,8 +30,6 @@ struct Interaction {
     bool Arrete() const { return arret && arret(); }
 };
 
-// Copies a whole file in pieces and makes the copy durable.
-void CopieFichier(SystemeFichiers& fs, const std::string& de, const std::string& vers);
 
 // The folder of a path, with its final separator ("" for a bare name).
 std::string DossierDe(const std::string& chemin);

@@ -224,8 +224,6 @@ void Base::EcritListeEvt(std::uint32_t e, std::string_view liste, bool personnes
     TeteEvt t = LitTeteEvt(e);
     (personnes ? t.personnes : t.documents) = pos;
     EcritTeteEvt(e, &t);
-    // Assigned in place: the form "(c ? a : b) = {e, string}" left a string
-    // with a wild pointer in the sanitizer build.
     auto& cache = personnes ? cachePersEvt_ : cacheDocsEvt_;
     cache.first = e;
     cache.second.assign(liste.data(), liste.size());

@@ -72,5 +72,8 @@ SystemeFichiers& systemeReel();
 // Whole-file helpers over any file system.
 std::string lireTout(SystemeFichiers& fs, const std::string& chemin);
 void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view donnees);
+// Copies a file through a temporary beside the target, synced, then an
+// atomic rename: the target is the old file or the whole copy, never a part.
+void CopieFichier(SystemeFichiers& fs, const std::string& de, const std::string& vers);
 
 } // namespace sylvane

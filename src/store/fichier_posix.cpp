@@ -151,4 +151,24 @@ void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view
     f->ecrire(0, donnees);
 }
 
+void CopieFichier(SystemeFichiers& fs, const std::string& de, const std::string& vers) {
+    const std::string temporaire = vers + ".tmp";
+    {
+        auto source = fs.ouvrir(de, Mode::Lecture);
+        auto cible = fs.ouvrir(temporaire, Mode::Ecrasement);
+        constexpr std::size_t kMorceau = 1u << 20;
+        std::uint64_t offset = 0;
+        for (;;) {
+            const std::string bloc = source->lire(offset, kMorceau);
+            if (bloc.empty()) break;
+            cible->ecrire(offset, bloc);
+            offset += bloc.size();
+            if (bloc.size() < kMorceau) break;
+        }
+        cible->synchroniser();
+    }
+    fs.renommer(temporaire, vers);
+    fs.synchroniserDossier(vers);
+}
+
 } // namespace sylvane
