@@ -237,3 +237,33 @@ TEST(CliSvr, ExportImportIntegrateBackupAndRestore) {
     EXPECT_EQ(cli("restore " + d / "a.sav --yes"), 0);
     EXPECT_EQ(test::LitFichier(d / "a.sav"), test::LitFichier(base));
 }
+
+TEST(CliGedcom, SelectionsOfTheExportAddUp) {
+    test::DossierTemp d;
+    auto cli = [&](const std::string& a) {
+        return std::system((std::string(SYLVANE_CLI) + " " + a + " >/dev/null 2>&1").c_str());
+    };
+    const std::string base = d / "a.sv2";
+    ASSERT_EQ(cli("new " + base), 0);
+    cli("add-person " + base + " --name Aieul --first p --sex H --birth 1800");
+    cli("add-person " + base + " --name Fils --first c --sex H --birth 1830 --father 1");
+    cli("add-person " + base + " --name Autre --first x --sex F --birth 1900");
+    cli("add-person " + base + " --name Seul --first y --sex F --birth 1910");
+    auto individus = [&](const std::string& fichier) {
+        const std::string t = test::LitFichier(fichier);
+        std::vector<std::string> noms;
+        for (std::size_t p = t.find(" INDI\r\n"); p != std::string::npos;
+             p = t.find(" INDI\r\n", p + 1)) {
+            const std::size_t nom = t.find("1 NAME ", p);
+            noms.push_back(t.substr(nom + 7, t.find('\r', nom) - nom - 7));
+        }
+        return noms;
+    };
+    ASSERT_EQ(cli("export-gedcom " + base + " " + d / "tous.ged"), 0);
+    EXPECT_EQ(individus(d / "tous.ged").size(), 4u);
+    ASSERT_EQ(cli("export-gedcom " + base + " " + d / "sel.ged --descendants 1 --ascendants 3"), 0);
+    const auto noms = individus(d / "sel.ged");
+    ASSERT_EQ(noms.size(), 3u);
+    for (const auto& n : noms) EXPECT_EQ(n.find("Seul"), std::string::npos) << n;
+    EXPECT_NE(cli("export-gedcom " + base + " " + d / "x.ged --descendants 99"), 0);
+}

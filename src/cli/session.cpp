@@ -10,8 +10,20 @@ namespace sylvane::cli {
 
 Session::Session(std::ostream& e) : err(&e) {}
 
+namespace {
+// The base's files are named from the text before the first dot of the
+// whole path: say so when a folder's dot cuts the path.
+void PrevientCoupure(std::ostream& err, const std::string& chemin, const CheminsBase& c) {
+    if (Ansi(chemin) != c.base && chemin.find('/') != std::string::npos &&
+        chemin.substr(0, chemin.rfind('/')).find('.') != std::string::npos)
+        err << "attention : le chemin est coup\xC3\xA9 au premier point, la base est "
+            << AnsiVersUtf8(c.base) << "\n";
+}
+} // namespace
+
 Base& Session::Ouvre(const std::string& chemin) {
     auto chemins = DeriveChemins(Ansi(chemin));
+    PrevientCoupure(*err, chemin, chemins);
     if (!systemeReel().existe(chemins.base))
         throw std::runtime_error("base introuvable : " + AnsiVersUtf8(chemins.base));
     base = std::make_unique<Base>(systemeReel(), parametres);
@@ -21,6 +33,7 @@ Base& Session::Ouvre(const std::string& chemin) {
 }
 
 Base& Session::Nouvelle(const std::string& chemin) {
+    PrevientCoupure(*err, chemin, DeriveChemins(Ansi(chemin)));
     base = std::make_unique<Base>(systemeReel(), parametres);
     base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
     base->Nouvelle(Ansi(chemin));

@@ -2,6 +2,7 @@
 // the time of one command, committed at the end unless asked otherwise.
 #pragma once
 
+#include "cli/cli.h"
 #include "store/base.h"
 #include "text/parametres.h"
 
@@ -9,6 +10,12 @@
 
 #include <iosfwd>
 #include <memory>
+#include <string>
+#include <vector>
+
+namespace sylvane {
+class Selection;
+}
 
 namespace sylvane::cli {
 
@@ -34,5 +41,10 @@ void Ligne(std::ostream& out, const nlohmann::json& j);
 std::uint32_t PersonneArgument(Base& b, const std::string& texte, const char* quoi);
 // Whether a number is a live person of the base.
 bool PersonneVivante(Base& b, std::uint32_t n);
+
+// The selection options shared by the exports: repeated --ascendants N and
+// --descendants N add up in the order given; --collaterals, --complete and
+// --no-after-1900. Returns whether any person was chosen.
+bool ChoisitSelection(Base& b, const Options& o, const Arguments& args, Selection& sel);
 
 } // namespace sylvane::cli

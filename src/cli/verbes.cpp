@@ -34,6 +34,7 @@ std::span<const Verbe> Verbes() {
               VerbeImportGedcom},
         Verbe{"export-gedcom",
               "export-gedcom BASE.sv2 OUT.ged [--charset ansi|ansel|ascii|html|utf8] [--links] "
+              "[--ascendants N|--descendants N]... [--collaterals] [--complete] "
               "[--events] [--documents] [--no-after-1900] [--geneanet]",
               VerbeExportGedcom},
         Verbe{"reorganise", "reorganise BASE.sv2 [--backup]", VerbeReorganise},

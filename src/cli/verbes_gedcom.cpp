@@ -1,6 +1,7 @@
 // Verbs of the GEDCOM exchange: import into a new base, export of a base.
 #include "cli/session.h"
 #include "cli/verbes.h"
+#include "exchange/selection.h"
 #include "exchange/gedcom_export.h"
 #include "exchange/gedcom_import.h"
 #include "text/utf8.h"
@@ -61,8 +62,9 @@ int VerbeImportGedcom(const Arguments& args, std::ostream& out, std::ostream& er
 }
 
 int VerbeExportGedcom(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {"charset"},
-              {"links", "events", "documents", "no-after-1900", "geneanet"});
+    Options o(args, {"charset", "ascendants", "descendants"},
+              {"links", "events", "documents", "no-after-1900", "geneanet", "collaterals",
+               "complete"});
     if (o.positionnels().size() != 2)
         throw ErreurUsage{"export-gedcom attend un fichier de base et un fichier GEDCOM"};
     const std::string jeu = o.valeur("charset", "ansi");
@@ -79,13 +81,16 @@ int VerbeExportGedcom(const Arguments& args, std::ostream& out, std::ostream& er
     opt.avant1900 = o.a("no-after-1900");
     Session s(err);
     Base& b = s.Ouvre(o.positionnels()[0]);
-    const std::string sortie = o.positionnels()[1];
+    Selection sel(b);
+    if (ChoisitSelection(b, o, args, sel))
+        opt.selection = [&sel](std::uint32_t n) { return sel.Exporte(n); };
+    const std::string sortie = Ansi(o.positionnels()[1]);
     if (o.a("geneanet"))
         ExporteGeneanet(b, systemeReel(), sortie, opt);
     else
         ExporteGedcom(b, systemeReel(), sortie, opt);
     b.Abandonne();
-    out << sortie << "\n";
+    out << o.positionnels()[1] << "\n";
     return 0;
 }
 

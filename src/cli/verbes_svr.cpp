@@ -37,15 +37,13 @@ DialogueEchange Dialogue(bool oui, std::ostream& err) {
 
 } // namespace
 
-int VerbeExportSvr(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {"ascendants", "descendants"}, {"collaterals", "complete", "no-after-1900"});
-    DeuxFichiers(o, "export-svr");
-    Session s(err);
-    Base& b = s.Ouvre(o.positionnels()[0]);
-    Selection sel(b);
+bool ChoisitSelection(Base& b, const Options& o, const Arguments& args, Selection& sel) {
     sel.collateraux = o.a("collaterals");
     sel.complet = o.a("complete");
     sel.sans1900 = o.a("no-after-1900");
+    for (const auto& a : args)
+        if (a.rfind("--ascendants=", 0) == 0 || a.rfind("--descendants=", 0) == 0)
+            throw ErreurUsage{"--ascendants N et --descendants N, sans \xC2\xAB = \xC2\xBB"};
     // Selections add up, in the order given.
     bool choisie = false;
     for (std::size_t i = 0; i + 1 < args.size(); ++i) {
@@ -56,10 +54,16 @@ int VerbeExportSvr(const Arguments& args, std::ostream& out, std::ostream& err) 
         asc ? sel.SelectionneAscendants(n) : sel.SelectionneDescendants(n);
         choisie = true;
     }
-    for (const auto& a : args)
-        if (a.rfind("--ascendants=", 0) == 0 || a.rfind("--descendants=", 0) == 0)
-            throw ErreurUsage{"--ascendants N et --descendants N, sans \xC2\xAB = \xC2\xBB"};
-    if (!choisie) sel.SelectionneTout();
+    return choisie;
+}
+
+int VerbeExportSvr(const Arguments& args, std::ostream& out, std::ostream& err) {
+    Options o(args, {"ascendants", "descendants"}, {"collaterals", "complete", "no-after-1900"});
+    DeuxFichiers(o, "export-svr");
+    Session s(err);
+    Base& b = s.Ouvre(o.positionnels()[0]);
+    Selection sel(b);
+    if (!ChoisitSelection(b, o, args, sel)) sel.SelectionneTout();
     const bool fini = ExporteSvr(b, sel, s.parametres, systemeReel(), Ansi(o.positionnels()[1]));
     std::size_t exportes = 0;
     for (std::uint32_t n = 1; n <= b.Tete().maxPersonne; ++n)

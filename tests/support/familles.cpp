@@ -80,6 +80,11 @@ void EditionsAleatoires(Base& b, int etapes, std::uint32_t graine) {
                                               "acte" + std::to_string(k) + ".jpg",
                                               h(2) ? "Image" : "", h(2) ? "Registre" : "");
             b.MajDocs(un(vivants), d, 'A');
+            // The document may also stand behind an event.
+            if (b.Tete().nbEvenements && h(2)) {
+                const std::uint32_t e = b.TriEvt(1 + h(b.Tete().nbEvenements));
+                b.MajDocsEvt(e, d, 'A');
+            }
         } else if (choix < 92) {
             // A person created by mistake and deleted at once.
             const std::uint32_t n = b.CreePersonne("Erreur", "Saisie", "", 'I', "1900");
@@ -93,6 +98,11 @@ void EditionsAleatoires(Base& b, int etapes, std::uint32_t graine) {
             for (std::uint32_t n : vivants)
                 for (int i = 1; b.DocNo(n, i); ++i)
                     if (b.DocNo(n, i) == d) b.MajDocs(n, d, 'S');
+            for (std::size_t i = 1; i <= b.Tete().nbEvenements; ++i) {
+                const std::uint32_t e = b.TriEvt(i);
+                for (int j = 1; b.DocEvtNo(e, j); ++j)
+                    if (b.DocEvtNo(e, j) == d) b.MajDocsEvt(e, d, 'S');
+            }
             b.SupprimeDoc(d);
         } else {
             // Years and identity rewritten: the person moves in the sort table.
