@@ -2,6 +2,8 @@
 
 #include "cli/verbes.h"
 #include "store/fichier.h"
+#include "text/messages.h"
+#include "text/parametres.h"
 
 #include <cstdlib>
 #include <exception>
@@ -83,6 +85,11 @@ int aide(const Arguments&, std::ostream& out, std::ostream&) {
 } // namespace
 
 int Executer(const Arguments& args, std::ostream& out, std::ostream& err) {
+    // The words of dates and reports come from the French message file
+    // beside the program, as in the windows.
+    static const bool langue = LangueCourante().empty() &&
+                               ChoisirLangue("Fran\xE7" "ais", DossierProgramme());
+    (void)langue;
     if (args.empty() || args[0] == "help" || args[0] == "--help" || args[0] == "-h")
         return aide(args, out, err);
     for (const Verbe& v : Verbes()) {

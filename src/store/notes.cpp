@@ -186,7 +186,11 @@ std::string Base::NotesMariages(std::uint32_t n) {
         std::uint32_t m = MariageNo(n, i);
         if (m == 0) break;
         r += Message(918);
-        r += seul ? " : " : " " + Trim(LitAnMariage(m)) + " : ";
+        if (!seul) {
+            r += ' ';
+            r += Trim(LitAnMariage(m));
+        }
+        r += " : ";
         r += LitNoteMariage(m);
         r += kCrLf;
     }
