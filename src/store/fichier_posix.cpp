@@ -2,10 +2,12 @@
 
 #include "text/utf8.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,12 +18,27 @@ std::string raisonSysteme(int err) { return std::strerror(err); }
 
 std::string Systeme(const std::string& chemin) { return AnsiVersUtf8(chemin); }
 
+// Reads of a large file are served from a read-only map of it, which saves
+// a system call per read: a base is read in many small pieces (a block, then
+// a name elsewhere). Writes go through pwrite, which the map sees at once on
+// Linux. The map is made again when the file has grown by a quarter; what
+// lies beyond it is read with pread.
 class FichierPosix final : public Fichier {
   public:
     FichierPosix(int fd, std::string chemin) : fd_(fd), chemin_(std::move(chemin)) {}
-    ~FichierPosix() override { ::close(fd_); }
+    ~FichierPosix() override {
+        Demappe();
+        ::close(fd_);
+    }
 
     std::string lire(std::uint64_t offset, std::size_t n) override {
+        if (offset + n > carte_.taille) Remappe(offset + n);
+        if (offset + n <= carte_.taille)
+            return std::string(carte_.debut + offset, n);
+        return LirePread(offset, n);
+    }
+
+    std::string LirePread(std::uint64_t offset, std::size_t n) {
         std::string out(n, '\0');
         std::size_t lu = 0;
         while (lu < n) {
@@ -62,13 +79,43 @@ class FichierPosix final : public Fichier {
     }
 
     void tronquer(std::uint64_t t) override {
+        Demappe(); // a map beyond the end of a file faults when read
         if (::ftruncate(fd_, static_cast<off_t>(t)) != 0)
             throw ErreurES(chemin_, "troncature impossible : " + raisonSysteme(errno));
     }
 
   private:
+    static constexpr std::uint64_t kCarteMin = 1 << 20;
+
+    void Demappe() {
+        if (carte_.debut) ::munmap(carte_.debut, carte_.taille);
+        carte_ = {};
+        essai_ = 0;
+    }
+
+    void Remappe(std::uint64_t besoin) {
+        // Only when the file is large, and not again before it has grown
+        // by a quarter since the last look.
+        if (besoin < kCarteMin || besoin <= essai_) return;
+        struct stat st{};
+        if (::fstat(fd_, &st) != 0) return;
+        const auto t = static_cast<std::uint64_t>(st.st_size);
+        essai_ = std::max(besoin, t + t / 4);
+        if (t < kCarteMin || t < besoin || t <= carte_.taille) return;
+        Demappe();
+        void* p = ::mmap(nullptr, t, PROT_READ, MAP_SHARED, fd_, 0);
+        if (p == MAP_FAILED) return; // pread does the work
+        carte_ = {static_cast<char*>(p), t};
+        essai_ = t + t / 4;
+    }
+
     int fd_;
     std::string chemin_;
+    struct Carte {
+        char* debut = nullptr;
+        std::uint64_t taille = 0;
+    } carte_;
+    std::uint64_t essai_ = 0; // below this end, no new map is tried
 };
 
 class SystemePosix final : public SystemeFichiers {
