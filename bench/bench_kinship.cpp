@@ -32,6 +32,9 @@ struct BaseBanc {
         params.dossierTravail = "/travail";
         base = std::make_unique<Base>(fs, params);
         base->Nouvelle("/banc.sv2");
+        // The persons go in as an import's do: the keyword index is built
+        // once at the end, not rewritten for each of them.
+        base->DebutLot();
     }
     std::uint32_t Personne(std::uint32_t i, char sexe) {
         return base->CreePersonne(kNoms[i % 10], "Prenom" + std::to_string(i % 97), "", sexe,
@@ -54,6 +57,7 @@ BaseBanc& Pedigree() {
         const std::uint32_t n = 32000;
         for (std::uint32_t k = 1; k <= n; ++k)
             r->Personne(k, k % 2 ? 'F' : 'H');
+        r->base->FinLot();
         for (std::uint32_t k = 1; 2 * k <= n; ++k) {
             r->base->EcritPere(k, 2 * k);
             if (2 * k + 1 <= n) r->base->EcritMere(k, 2 * k + 1);
@@ -116,6 +120,7 @@ BaseBanc& Population() {
             r->Parents(p, pere, mere);
             if (rng() % 4 == 0) r->base->CreeMariage(pere, mere);
         }
+        r->base->FinLot();
         return r;
     }();
     return *b;

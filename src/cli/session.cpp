@@ -21,7 +21,15 @@ void PrevientCoupure(std::ostream& err, const std::string& chemin, const Chemins
 }
 } // namespace
 
-Base& Session::Ouvre(const std::string& chemin) {
+// "./famille.sv2" is "famille.sv2": the leading "./" would otherwise be
+// the first dot of the path.
+static std::string SansPointCourant(std::string chemin) {
+    while (chemin.size() > 2 && chemin.compare(0, 2, "./") == 0) chemin.erase(0, 2);
+    return chemin;
+}
+
+Base& Session::Ouvre(const std::string& cheminDonne) {
+    const std::string chemin = SansPointCourant(cheminDonne);
     auto chemins = DeriveChemins(Ansi(chemin));
     PrevientCoupure(*err, chemin, chemins);
     if (!systemeReel().existe(chemins.base))
@@ -32,7 +40,8 @@ Base& Session::Ouvre(const std::string& chemin) {
     return *base;
 }
 
-Base& Session::Nouvelle(const std::string& chemin) {
+Base& Session::Nouvelle(const std::string& cheminDonne) {
+    const std::string chemin = SansPointCourant(cheminDonne);
     PrevientCoupure(*err, chemin, DeriveChemins(Ansi(chemin)));
     base = std::make_unique<Base>(systemeReel(), parametres);
     base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
