@@ -556,6 +556,7 @@ class Base {
     std::unique_ptr<Fichier> fichier_;
     std::unique_ptr<Fichier> journal_;
     bool journalASynchroniser_ = false;
+    bool journalNouveau_ = false;
     std::map<std::uint64_t, std::uint64_t> couvert_; // journaled byte ranges [a, b)
     std::uint32_t zoneFinValidee_ = 0;               // file end of the last commit
     std::string tampon_;                             // appends not yet written

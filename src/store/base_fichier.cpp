@@ -164,7 +164,10 @@ void Base::Journaliser(std::uint64_t debut, std::uint64_t fin) {
     // Offsets are 0-based; only what the last commit knows needs a copy.
     fin = std::min<std::uint64_t>(fin, zoneFinValidee_);
     if (debut >= fin || Couvert(debut, fin)) return;
-    if (!journal_) journal_ = fs_.ouvrir(chemins_.journal, Mode::Creation);
+    if (!journal_) {
+        journal_ = fs_.ouvrir(chemins_.journal, Mode::Creation);
+        journalNouveau_ = true;
+    }
     std::uint64_t fj = journal_->taille();
     fj -= fj % (kTailleJournal + 4);
     std::string lot;
@@ -200,6 +203,12 @@ void Base::SynchroniserJournal() {
     if (journalASynchroniser_ && journal_) {
         journal_->synchroniser();
         journalASynchroniser_ = false;
+        // A new journal's name must be durable too, or a power loss could
+        // take the journal away and leave the overwritten blocks.
+        if (journalNouveau_) {
+            fs_.synchroniserDossier(chemins_.journal);
+            journalNouveau_ = false;
+        }
     }
 }
 

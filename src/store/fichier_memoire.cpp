@@ -74,6 +74,7 @@ std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode 
             throw ErreurES(chemin, "ouverture impossible : fichier introuvable");
         if (restant_ == 0) throw ErreurES(chemin, "ouverture impossible : erreur d'entrée-sortie");
         it = fichiers_.emplace(chemin, std::make_shared<Contenu>()).first;
+        nomsNonDurables_.insert(chemin);
     } else if (protege && mode != Mode::Lecture) {
         throw ErreurES(chemin, "ouverture impossible : permission refusée");
     } else if (mode == Mode::Ecrasement) {
@@ -96,12 +97,14 @@ void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
     if (restant_ == 0) throw ErreurES(de, "renommage impossible : erreur d'entrée-sortie");
     fichiers_[vers] = it->second;
     fichiers_.erase(it);
+    if (nomsNonDurables_.erase(de)) nomsNonDurables_.insert(vers);
 }
 
 void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
     fichiers_.clear();
     for (const auto& [nom, c] : autre.fichiers_) fichiers_[nom] = std::make_shared<Contenu>(*c);
     proteges_ = autre.proteges_;
+    nomsNonDurables_ = autre.nomsNonDurables_;
     restant_ = -1;
 }
 
@@ -115,7 +118,22 @@ std::vector<std::string> SystemeMemoire::lister(const std::string& dossier) {
     return r;
 }
 
+namespace {
+std::string Dossier(const std::string& chemin) {
+    auto b = chemin.find_last_of('/');
+    return b == std::string::npos ? std::string() : chemin.substr(0, b);
+}
+} // namespace
+
+void SystemeMemoire::synchroniserDossier(const std::string& chemin) {
+    const std::string d = Dossier(chemin);
+    for (auto it = nomsNonDurables_.begin(); it != nomsNonDurables_.end();)
+        it = Dossier(*it) == d ? nomsNonDurables_.erase(it) : std::next(it);
+}
+
 void SystemeMemoire::simulerPanne() {
+    for (const auto& nom : nomsNonDurables_) fichiers_.erase(nom);
+    nomsNonDurables_.clear();
     for (auto& [nom, c] : fichiers_) c->courant = c->durable;
 }
 

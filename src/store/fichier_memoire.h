@@ -7,6 +7,7 @@
 #include "store/fichier.h"
 
 #include <map>
+#include <set>
 #include <memory>
 
 namespace sylvane {
@@ -22,11 +23,13 @@ class SystemeMemoire final : public SystemeFichiers {
     bool existe(const std::string& chemin) override;
     void supprimer(const std::string& chemin) override;
     void renommer(const std::string& de, const std::string& vers) override;
-    void synchroniserDossier(const std::string&) override {}
+    // Makes the names of the folder's new files durable.
+    void synchroniserDossier(const std::string& chemin) override;
     void creerDossier(const std::string&) override {}
     std::vector<std::string> lister(const std::string& dossier) override;
 
-    // Power loss: every file falls back to its last synced content.
+    // Power loss: every file falls back to its last synced content, and a
+    // file created since the last sync of its folder is gone.
     void simulerPanne();
 
     // The n-th mutating operation from now on (1 = the next one) fails, and
@@ -53,6 +56,7 @@ class SystemeMemoire final : public SystemeFichiers {
   private:
     std::map<std::string, std::shared_ptr<Contenu>> fichiers_;
     std::map<std::string, bool> proteges_;
+    std::set<std::string> nomsNonDurables_;
     long restant_ = -1;
     long operations_ = 0;
     bool dechiree_ = false;
