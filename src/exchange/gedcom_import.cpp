@@ -157,6 +157,13 @@ class Importeur {
         Ajoute(note, l);
         for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, profondeur + 1, compter);
     }
+    // An event with no rubric to hold it, as one line of the note:
+    // "label - date value".
+    static std::string LigneEvenement(const std::string& libelle, const std::string& date,
+                                      const std::string& valeur) {
+        const std::string v = Trim(date + " " + valeur);
+        return v.empty() ? libelle : libelle + " - " + v;
+    }
     static void Ajoute(std::string& note, std::string_view l) {
         if (!note.empty()) note += kCrLf;
         note += l;
@@ -221,7 +228,7 @@ class Importeur {
     }
 
     std::uint32_t Individu(std::size_t i) {
-        std::string nom, prenom, autres, lieuN, lieuD;
+        std::string nom, prenom, autres, tousPrenoms, lieuN, lieuD;
         DateTenue naiss, deces;
         char sexe = 'I';
         bool aNom = false, aNaiss = false, aDeces = false, aSexe = false;
@@ -250,6 +257,7 @@ class Importeur {
                 const auto blanc = prenoms.find(' ');
                 prenom = prenoms.substr(0, blanc);
                 if (blanc != std::string::npos) autres = Trim(prenoms.substr(blanc + 1));
+                tousPrenoms = prenoms;
                 for (std::size_t x : g_.sousLignes(s)) {
                     const std::string_view t = Tag(x);
                     const std::string vx = Valeur(x);
@@ -285,20 +293,25 @@ class Importeur {
             } else if (tag == "NOTE" || tag == "TEXT") {
                 Ajoute(note, Valeur(s));
                 for (std::size_t x : g_.sousLignes(s)) EnNote(note, x, 1, true);
-            } else if (Parmi(kRubriquesPersonne, tag)) {
+            } else if (Parmi(kRubriquesPersonne, tag) || tag == "BAPM") {
+                // A baptism and a christening share one rubric.
                 std::string t(tag == "BAPM" ? "CHR" : tag);
+                std::string libelle = Conv_LibelleTag(t);
                 DateTenue d;
-                std::string valeur = Valeur(s), reste;
+                std::string valeur = Valeur(s), dateTexte, reste;
                 bool dateOk = true;
                 if (t == "EVEN") {
                     const std::size_t ty = g_.sousLigne(s, "TYPE");
-                    t = ty == GedcomLu::npos ? std::string() : Conv_TagLibelle(Valeur(ty));
-                    if (t.size() > 4 || t.empty() || !Parmi(kRubriquesPersonne, t)) t.clear();
+                    const std::string type = ty == GedcomLu::npos ? std::string() : Trim(Valeur(ty));
+                    if (!type.empty()) libelle = type;
+                    t = type.empty() ? std::string() : Conv_TagLibelle(type);
+                    if (t.size() > 4 || !Parmi(kRubriquesPersonne, t) || t == "EVEN") t.clear();
                 }
                 for (std::size_t x : g_.sousLignes(s)) {
                     const std::string_view tx = Tag(x);
-                    if (tx == "DATE") {
+                    if (tx == "DATE" && dateTexte.empty()) {
                         d = DateTenueDe(g_.valeur(x), dateOk);
+                        dateTexte = Trim(Valeur(x));
                     } else if (tx == "PLAC" && valeur.empty()) {
                         valeur = Valeur(x);
                     } else if (tx == "TYPE" && tag == "EVEN") {
@@ -309,14 +322,11 @@ class Importeur {
                     }
                 }
                 if (t.empty() || !dateOk || !rubrique(t, d, valeur)) {
-                    std::string l;
-                    EnNote(l, s, 0, false);
-                    Ajoute(note, l);
+                    Ajoute(note, LigneEvenement(libelle, dateTexte, valeur));
+                    if (!reste.empty()) Ajoute(note, reste);
                 } else if (!reste.empty()) {
                     Ajoute(note, Conv_LibelleTag(t) + kCrLf.data() + reste);
                 }
-            } else if (tag == "BAPM" || tag == "CHR") {
-                // handled with the rubrics above
             } else if (tag == "AGE") {
                 Ajoute(note, DecodeAge(g_.valeur(s)));
             } else {
@@ -325,14 +335,18 @@ class Importeur {
         }
         const std::uint32_t n = b_.CreePersonne(nom, prenom, autres, sexe, naiss.annee,
                                                 naiss.jourMois, deces.annee, deces.jourMois);
+        // The person was made with the keyword line of its first first name
+        // alone; the line of all its first names replaces it, in the note
+        // and in the batch of keywords.
         const std::string ligne1 = b_.LigneMotsCles(n);
-        std::string complete = b_.LigneMotsCles(n, lieuN, lieuD);
+        std::string complete = b_.LigneMotsCles(nom, tousPrenoms, lieuN, lieuD);
         for (std::size_t k = 0; k < rubriques.size(); ++k)
             if (rubriques[k].rempli) complete += std::string(kCrLf) + LigneRubrique(slots[k], rubriques[k]);
         if (!note.empty()) complete += std::string(kCrLf) + std::string(kCrLf) + note;
         if (complete != ligne1) {
             b_.EcritNote(n, complete);
-            b_.AjoutLot(n, complete.substr(complete.compare(0, ligne1.size(), ligne1) == 0 ? ligne1.size() : 0));
+            b_.RetireLot(n, ligne1);
+            b_.AjoutLot(n, complete);
         }
         const std::string cle = b_.CleAnNaiss(n);
         if (cle < derniereCle_) nonTrie_ = true;
@@ -556,6 +570,18 @@ class Importeur {
                 const int k = Slot(slots, tag);
                 if (ok && k >= 0 && !rubriques[k].rempli) rubriques[k] = {dt.jourMois, dt.annee, v, true};
                 else EnNote(note, s, 0, false);
+            } else if (tag == "EVEN") {
+                const std::size_t ty = g_.sousLigne(s, "TYPE");
+                const std::string type = ty == GedcomLu::npos ? std::string() : Trim(Valeur(ty));
+                std::string date, valeur = Valeur(s), reste;
+                for (std::size_t x : g_.sousLignes(s)) {
+                    const std::string_view tx = Tag(x);
+                    if (tx == "DATE" && date.empty()) date = Trim(Valeur(x));
+                    else if ((tx == "PLAC" || tx == "NOTE") && valeur.empty()) valeur = Valeur(x);
+                    else if (tx != "TYPE") EnNote(reste, x, 1, true);
+                }
+                Ajoute(note, LigneEvenement(type.empty() ? Conv_LibelleTag(tag) : type, date, valeur));
+                if (!reste.empty()) Ajoute(note, reste);
             } else if (tag == "NOTE" && g_.ligne(s).lien) {
                 if (std::uint32_t doc = Numero(s, 'D')) Ajoute(note, b_.TitreDoc(doc));
             } else if (tag == "NOTE") {

@@ -243,6 +243,10 @@ class Base {
     // Builds the first line of a person's note (the keyword line).
     std::string LigneMotsCles(std::uint32_t n, std::string_view lieuNaiss = {},
                               std::string_view lieuDeces = {});
+    // The same for a name and first names not (or not so) stored: an
+    // imported person's first names are split over two fields.
+    std::string LigneMotsCles(std::string_view nom, std::string_view prenoms,
+                              std::string_view lieuNaiss, std::string_view lieuDeces) const;
 
     // Whether the person sheet must be redrawn (set by the list writers).
     bool redessiner = false;
@@ -340,6 +344,8 @@ class Base {
     void RefaitRubrique(char symbole);
     void DebutLot();
     void AjoutLot(std::uint32_t n, std::string_view note);
+    // Takes back what AjoutLot(n, note) put in, when the note is replaced.
+    void RetireLot(std::uint32_t n, std::string_view note);
     void FinLot();
     // Drops an open batch: its words go to no list.
     void AbandonneLot() { lot_.reset(); }

@@ -308,6 +308,25 @@ void Base::AjoutLot(std::uint32_t n, std::string_view note) {
     }
 }
 
+void Base::RetireLot(std::uint32_t n, std::string_view note) {
+    if (!lot_ || n == 0) return;
+    const std::string texte = SansRtf(note);
+    for (const auto& [k, symbole] : lot_->symboles) {
+        for (const auto& mot : MotsNote(texte, symbole)) {
+            auto it = lot_->mots.find(std::string(1, symbole) + mot);
+            if (it == lot_->mots.end()) continue;
+            auto& personnes = it->second;
+            // The latest entry of n: the one its AjoutLot made.
+            for (auto p = personnes.rbegin(); p != personnes.rend(); ++p)
+                if (p->second == n) {
+                    personnes.erase(std::next(p).base());
+                    break;
+                }
+            if (personnes.empty()) lot_->mots.erase(it);
+        }
+    }
+}
+
 void Base::FinLot() {
     if (!lot_) return;
     auto lot = std::move(lot_);

@@ -586,8 +586,13 @@ std::string Base::NomDates(std::uint32_t n) {
 
 std::string Base::LigneMotsCles(std::uint32_t n, std::string_view lieuNaiss,
                                 std::string_view lieuDeces) {
-    std::string l = "|" + SansParticule(LitNom(n)) + " \xB6";
-    std::string prenoms = Trim(LitPrenom(n));
+    return LigneMotsCles(LitNom(n), LitPrenom(n), lieuNaiss, lieuDeces);
+}
+
+std::string Base::LigneMotsCles(std::string_view nom, std::string_view prenomsBruts,
+                                std::string_view lieuNaiss, std::string_view lieuDeces) const {
+    std::string l = "|" + SansParticule(nom) + " \xB6";
+    const std::string prenoms = Trim(prenomsBruts);
     // With header field 102 the first blank stops the keyword: the first
     // name alone is a keyword and the others stay plain words.
     l += entete_.premierPrenom == '1' ? prenoms : VersPoints(prenoms);
