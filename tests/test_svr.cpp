@@ -261,30 +261,42 @@ TEST(Svr, IntegrationShiftsEveryNumberAndKeepsEveryLink) {
     EXPECT_EQ(noms.size(), 12u);
 }
 
-TEST(Svr, FileOfVersion97TranslatesItsSymbols) {
-    test::BaseMemoire f;
-    Base& b = f.b;
-    const std::string fichier =
-        "[Sylvane Version 97.2]\r\n[MOTS CLES]\r\n|\r\nBIRN\r\n&\r\nOCCU\r\n$\r\nPension\r\n"
-        "=\r\nNOUV\r\n[FIN MOTS CLES]\r\n[DONNEES INDIVIDUS]\r\n&\r\n1\r\n=\r\n \r\n"
-        "[FIN DONNEES INDIVIDUS]\r\n[INDIVIDUS]\r\n 1 \r\nDURAND;Luc;;;\r\nH\r\n1900\r\n\r\n 0 \r\n"
-        " 0 \r\n|DURAND \xB6Luc\r\n&tisserand $militaire =x\r\n#\r\n#\r\n#\r\n[FIN "
-        "INDIVIDUS]\r\n[FIN]\r\n";
-    ecrireTout(f.fs, "/v97.svr", fichier);
+TEST(Svr, FilesOfVersion97AndOfThisVersionTranslateTheirSymbols) {
+    // The banner compares as text: "2001.0" sorts below "97.2" and takes the
+    // old way, rubrics matched by tag; "98.1" is the only recent one here.
     EXPECT_FALSE(VersionRecente("[Sylvane Version 97.2]"));
-    EXPECT_TRUE(VersionRecente("[Sylvane Version 2001.0]"));
+    EXPECT_FALSE(VersionRecente("[Sylvane Version 2001.0]"));
     EXPECT_TRUE(VersionRecente("[Sylvane Version 98.1]"));
-    const BilanSvr bilan = IntegreSvr(b, f.fs, "/v97.svr");
-    // "&" is the base's "\" (same tag); "$" is taken: Pension gets the first
-    // free symbol of the pool; "=" is new on both sides and stays.
-    EXPECT_EQ(bilan.rubriquesNouvelles, 2u);
-    EXPECT_EQ(b.LitRubrique(12), "\xB5Pension");
-    EXPECT_EQ(b.LitRubrique(13), "=NOUV");
-    EXPECT_EQ(b.LitNote(1), "|DURAND \xB6Luc\r\n\\tisserand \xB5militaire =x");
-    // The row of "&" lands on the existing OCCU slot and sets its flag.
-    EXPECT_EQ(b.Tete().rubriquesPersonne[0].symbole, '\\');
-    EXPECT_EQ(b.Tete().rubriquesPersonne[0].drapeau, '1');
-    EXPECT_EQ(b.Tete().rubriquesPersonne[3].symbole, '=');
+    EXPECT_TRUE(VersionRecente("[sylvane version 97.3]"));
+    for (const char* banniere : {"[Sylvane Version 97.2]", "[Sylvane Version 2001.0]"}) {
+        SCOPED_TRACE(banniere);
+        test::BaseMemoire f;
+        Base& b = f.b;
+        const std::string fichier =
+            std::string(banniere) +
+            "\r\n[MOTS CLES]\r\n|\r\nBIRN\r\n&\r\nOCCU\r\n$\r\nPension\r\n"
+            "=\r\nNOUV\r\n[FIN MOTS CLES]\r\n[DONNEES INDIVIDUS]\r\n&\r\n1\r\n=\r\n \r\n"
+            "[FIN DONNEES INDIVIDUS]\r\n[INDIVIDUS]\r\n 1 \r\nDURAND;Luc;;;\r\nH\r\n1900\r\n\r\n"
+            " 0 \r\n 0 \r\n|DURAND \xB6Luc\r\n&tisserand $militaire =x\r\n#\r\n#\r\n#\r\n[FIN "
+            "INDIVIDUS]\r\n[IMAGES]\r\n 1 \r\nActe\r\n\r\n&forgeron\r\n#\r\n[FIN IMAGES]\r\n"
+            "[EVENEMENTS]\r\n 1 \r\n2400000\r\nCaen\r\nOCCU\r\n\r\n1;\r\n1;\r\n&meunier\r\n#\r\n"
+            "[FIN EVENEMENTS]\r\n[FIN]\r\n";
+        ecrireTout(f.fs, "/v97.svr", fichier);
+        const BilanSvr bilan = IntegreSvr(b, f.fs, "/v97.svr");
+        // "&" is the base's "\" (same tag); "$" is taken: Pension gets the
+        // first free symbol of the pool; "=" is new on both sides and stays.
+        EXPECT_EQ(bilan.rubriquesNouvelles, 2u);
+        EXPECT_EQ(b.LitRubrique(12), "\xB5Pension");
+        EXPECT_EQ(b.LitRubrique(13), "=NOUV");
+        EXPECT_EQ(b.LitNote(1), "|DURAND \xB6Luc\r\n\\tisserand \xB5militaire =x");
+        // The notes of documents and events are translated as well.
+        EXPECT_EQ(b.NoteDoc(1), "\\forgeron");
+        EXPECT_EQ(b.NoteEvt(1), "\\meunier");
+        // The row of "&" lands on the existing OCCU slot and sets its flag.
+        EXPECT_EQ(b.Tete().rubriquesPersonne[0].symbole, '\\');
+        EXPECT_EQ(b.Tete().rubriquesPersonne[0].drapeau, '1');
+        EXPECT_EQ(b.Tete().rubriquesPersonne[3].symbole, '=');
+    }
 }
 
 TEST(Svr, The51stRubricIsDroppedAndItsSymbolStaysAsText) {
@@ -404,4 +416,107 @@ TEST(Svr, DamagedFilesGiveAClearErrorAndNeverACrash) {
         }
         g.Reouvre();
     }
+}
+
+// A small base written out for a partial selection, compared byte for byte
+// with the file as the format lays it out: number lines with their blanks,
+// numbers as text, empty values, the settings block, the lists of a person.
+TEST(Svr, APartialExportIsWrittenByteForByte) {
+    test::BaseMemoire f;
+    Base& b = f.b;
+    Entete& t = b.TeteModifiable();
+    t.nbRubriques = 0;
+    b.TableRubriques().fill(0);
+    t.nbRubriques = 3;
+    b.EcritRubrique(1, '|', "BIRN", b.Ajouter(Pack4(0)));
+    b.EcritRubrique(2, '$', "BIRP", 0);
+    b.EcritRubrique(3, '\\', "OCCU", 0);
+    for (auto* slots : {&t.rubriquesPersonne, &t.rubriquesMariage})
+        for (auto& s : *slots)
+            s = SlotRubrique{' ', ' ', ""};
+    t.rubriquesPersonne[0] = {'\\', ' ', "OCCU"};
+    t.rubriquesPersonne[1] = {'$', '1', "BIRP"};
+    t.rubriquesMariage[0] = {'$', '1', "BIRP"};
+    t.particules = '0';
+    t.premierPrenom = '1';
+
+    const std::uint32_t jean =
+        b.CreePersonne("MARTIN", "Jean", "Louis", 'H', "1850", "12/03", "1910");
+    const std::uint32_t marie = b.CreePersonne("DURAND", "Marie", "", 'F', "1855");
+    const std::uint32_t paul = b.CreePersonne("MARTIN", "Paul", "", 'H', "1880");
+    const std::uint32_t autre = b.CreePersonne("LEROY", "Luc", "", 'H', "1851");
+    b.EcritPere(paul, jean);
+    b.EcritMere(paul, autre); // outside the selection: written as 0
+    b.EcritNote(jean, "|MARTIN\r\n\\laboureur\r\n\r\n");
+    b.EcritNote(marie, "");
+    b.EcritNote(paul, "");
+    const std::uint32_t m1 = b.CreeMariage(jean, marie, "1878", "1910");
+    b.EcritNoteMariage(m1, "Contrat");
+    b.CreeMariage(0, paul, "1905"); // no husband: never written
+    b.CreeMariage(autre, marie);    // a spouse outside: not written
+    b.MajLiens(jean, paul, "GODF", 'A');
+    b.MajLiens(jean, autre, "WITN", 'A');
+    const std::uint32_t acte = b.CreeDoc("Acte", "acte.jpg", "", "ligne 1\r\nligne 2");
+    const std::uint32_t titre = b.CreeDoc("Titre", "", "", "");
+    b.MajDocs(paul, acte, 'A');
+    b.DefinitDocumentTitre(titre);
+    const std::uint32_t e = b.CreeEvtPersonne(0, 2407000, "OCCU", "Caen");
+    b.MajPersonnesEvt(e, autre, 'A');
+    b.MajEvts(autre, e, "WITN", 'A');
+    b.MajPersonnesEvt(e, paul, 'A');
+    b.MajEvts(paul, e, "MAIN", 'A');
+    b.MajDocsEvt(e, acte, 'A');
+    b.EcritNoteEvt(e, "Note");
+    b.ValideBase();
+
+    Parametres p;
+    p.personneEnCours = static_cast<std::int32_t>(autre); // not exported: no line
+    p.deCujus = static_cast<std::int32_t>(paul);
+    p.degrade = false;
+    p.adresse[1] = "Rue";
+    p.typesDocument = {"Acte", "Photo"};
+    Selection sel(b);
+    for (std::uint32_t n : {jean, marie, paul})
+        sel.Inclut(n);
+    ASSERT_TRUE(ExporteSvr(b, sel, p, f.fs, "/p.svr"));
+
+    const std::string attendu =
+        "[Sylvane Version 2001.0]\r\n"
+        "[PARAMETRES]\r\n0\r\n1\r\n[FIN PARAMETRES]\r\n"
+        "[INI]\r\n"
+        "Couleur Fond=16711808\r\nD\xE9grad\xE9=0\r\n"
+        "Couleur Cadre Homme=16776960\r\nCouleur Cadre Femme=65535\r\n"
+        "Couleur Cadre Ind\xE9termin\xE9=12632256\r\n"
+        "Couleur Police Homme=4194304\r\nCouleur Police Femme=255\r\n"
+        "Couleur Police Ind\xE9termin\xE9=0\r\n"
+        "Maximum Recherche Parent\xE9=10\r\nType Pr\xE9sentation=2\r\n"
+        "Nom Police 1=Arial\r\nNom Police 2=Arial\r\nNom Police 3=Arial\r\nNom Police 4=Arial\r\n"
+        "Taille Police 1=8\r\nTaille Police 2=8\r\nTaille Police 3=8\r\nTaille Police 4=8\r\n"
+        "Nombre Cases 1=8\r\nNombre Cases 2=32\r\nNombre Cases 3=48\r\nNombre Cases 4=64\r\n"
+        "Proportionnel 1=1\r\nProportionnel 2=1\r\nProportionnel 3=1\r\nProportionnel 4=1\r\n"
+        "De Cujus=3\r\n"
+        "Affichage Nom=FNAM/BIRN/\r\nConversion nom=\r\nConversion pr\xE9nom=\r\n"
+        "Adresse 2=Rue\r\n"
+        "Type Document 1=Acte\r\nType Document 2=Photo\r\n"
+        "[FIN INI]\r\n"
+        "[DESCRIPTION]\r\n2\r\n[FIN DESCRIPTION]\r\n"
+        "[MOTS CLES]\r\n|\r\nBIRN\r\n$\r\nBIRP\r\n\\\r\nOCCU\r\n[FIN MOTS CLES]\r\n"
+        "[DONNEES INDIVIDUS]\r\n\\\r\n \r\n$\r\n1\r\n[FIN DONNEES INDIVIDUS]\r\n"
+        "[DONNEES MARIAGES]\r\n$\r\n1\r\n[FIN DONNEES MARIAGES]\r\n"
+        "[INDIVIDUS]\r\n"
+        // In the order of the sort table.
+        " 1 \r\nMARTIN;Jean;Louis;12/03;\r\nH\r\n1850\r\n1910\r\n 0 \r\n 0 \r\n"
+        "|MARTIN\r\n\\laboureur\r\n\r\n\r\n#\r\n#\r\n 3 \r\nGODF\r\n{Mariages}\r\n1\r\n#\r\n"
+        " 2 \r\nDURAND;Marie;;;\r\nF\r\n1855\r\n\r\n 0 \r\n 0 \r\n#\r\n#\r\n"
+        "{Mariages}\r\n1\r\n#\r\n"
+        " 3 \r\nMARTIN;Paul;;;\r\nH\r\n1880\r\n\r\n 1 \r\n 0 \r\n#\r\n 1 \r\n#\r\n"
+        "{Mariages}\r\n{Ev\xE9nements}\r\n1;MAIN\r\n#\r\n"
+        "[FIN INDIVIDUS]\r\n"
+        "[MARIAGES]\r\n 1 \r\n 2 \r\n1878\r\n1910\r\nContrat\r\n#\r\n[FIN MARIAGES]\r\n"
+        "[IMAGES]\r\n 1 \r\nActe\r\nacte.jpg\r\nligne 1\r\nligne 2\r\n#\r\n[FIN IMAGES]\r\n"
+        "[EVENEMENTS]\r\n 1 \r\n2407000\r\nCaen\r\nOCCU\r\n\r\n3;\r\n1;\r\nNote\r\n#\r\n"
+        "[FIN EVENEMENTS]\r\n"
+        "[INDEX]\r\n|\r\n[FIN INDEX]\r\n"
+        "[FIN]\r\n";
+    EXPECT_EQ(lireTout(f.fs, "/p.svr"), attendu);
 }

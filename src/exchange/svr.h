@@ -61,8 +61,9 @@ BilanSvr LitSvrNouvelleBase(Base& b, SystemeFichiers& fs, const std::string& che
 BilanSvr IntegreSvr(Base& b, SystemeFichiers& fs, const std::string& chemin,
                     const DialogueEchange& d = {});
 
-// Whether a banner names a version after 97.2 (the comparison of version
-// numbers; a banner with no readable number compares as text).
+// Whether a banner counts as that of a version after 97.2: the banner in
+// capitals, less its last character, compares above "[SYLVANE VERSION 97.2"
+// as text (so "2001.0" does not).
 bool VersionRecente(const std::string& banniere);
 
 } // namespace sylvane

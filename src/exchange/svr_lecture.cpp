@@ -6,6 +6,7 @@
 #include "store/base.h"
 #include "store/pack.h"
 #include "text/mots.h"
+#include "text/phonetique.h"
 #include "text/reglages.h"
 #include "text/tags.h"
 
@@ -414,7 +415,7 @@ class Lecteur {
         for (std::string l = L(); !FinSection(l); l = L()) {
             const std::uint32_t d = Numero(l, D_);
             const std::string titre = L(), fichier = L();
-            const std::string note = Note();
+            const std::string note = Traduit(Note());
             if (d == 0) continue;
             const bool nouveau = b_.PosDoc(d) == 0;
             std::string tete = Pack4(note.empty() ? 0 : b_.Ajouter(note + "#"));
@@ -442,7 +443,7 @@ class Lecteur {
             const std::uint32_t e = Numero(l, E_);
             const std::string date = L(), lieu = L(), tag = L(), titre = L();
             const std::string personnes = L(), docs = L();
-            const std::string note = Note();
+            const std::string note = Traduit(Note());
             if (e == 0) continue;
             const bool nouveau = b_.PosEvt(e) == 0;
             long valeur = std::strtol(date.c_str(), nullptr, 10);
@@ -544,28 +545,15 @@ class Lecteur {
 } // namespace
 
 bool VersionRecente(const std::string& banniere) {
-    std::string t = CleMot(banniere);
-    const auto v = t.find("VERSION");
-    if (v != std::string::npos) {
-        std::size_t i = v + 7;
-        while (i < t.size() && t[i] == ' ')
-            ++i;
-        long majeur = 0, mineur = 0;
-        std::size_t debut = i;
-        for (; i < t.size() && t[i] >= '0' && t[i] <= '9' && i - debut < 9; ++i)
-            majeur = majeur * 10 + (t[i] - '0');
-        if (i > debut) {
-            if (i < t.size() && t[i] == '.') {
-                ++i;
-                if (i < t.size() && t[i] >= '0' && t[i] <= '9') mineur = t[i] - '0';
-            }
-            return majeur > 97 || (majeur == 97 && mineur > 2);
-        }
-    }
-    std::string sans = banniere.empty() ? banniere : banniere.substr(0, banniere.size() - 1);
-    for (char& c : sans)
-        c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
-    return sans > "[SYLVANE VERSION 97.2";
+    // The banner in capitals, less its closing bracket, compared as text:
+    // "[SYLVANE VERSION 2001.0" sorts before "[SYLVANE VERSION 97.2", so the
+    // files of this version take the way of the old ones too. The earlier
+    // program reads its own files so, and an integration must give the same
+    // rubrics as it did.
+    std::string t = banniere.empty() ? banniere : banniere.substr(0, banniere.size() - 1);
+    for (char& c : t)
+        c = Majuscule(c);
+    return t > "[SYLVANE VERSION 97.2";
 }
 
 BilanSvr LitSvrNouvelleBase(Base& b, SystemeFichiers& fs, const std::string& chemin,
