@@ -179,6 +179,43 @@ TEST(Evenements, StoredFormsAndDamagedRecords) {
     EXPECT_EQ(b.LitTeteEvt(e), TeteEvt{});
 }
 
+// What each change appends: the part, then a new head of five numbers.
+TEST(Evenements, EachChangeAppendsItsPartThenTheHead) {
+    Fixture f;
+    Base& b = f.b;
+    auto tete = [](std::uint32_t date, std::uint32_t note, std::uint32_t pers, std::uint32_t docs,
+                   std::uint32_t texte) {
+        return Pack4(date) + Pack4(note) + Pack4(pers) + Pack4(docs) + Pack4(texte);
+    };
+    const std::uint32_t z0 = b.Tete().zoneFin;
+    std::uint32_t e = b.CreeEvtPersonne(0, -5, "CENS", " Vire ");
+    const std::string texte("Vire\0\0CENS#", 11);
+    EXPECT_EQ(b.Lire(z0 + 1, 31), texte + tete(999995, 0, 0, 0, z0 + 1));
+    EXPECT_EQ(b.Tete().zoneFin, z0 + 31);
+
+    std::uint32_t z = b.Tete().zoneFin;
+    b.MajDocsEvt(e, 7, 'A');
+    EXPECT_EQ(b.Lire(z + 1, 28), Pack4(7) + Pack4(0) + tete(999995, 0, 0, z + 1, z0 + 1));
+    // The last document removed: the end mark alone is still written.
+    z = b.Tete().zoneFin;
+    b.MajDocsEvt(e, 7, 'S');
+    EXPECT_EQ(b.Lire(z + 1, 24), Pack4(0) + tete(999995, 0, 0, z + 1, z0 + 1));
+    const std::uint32_t docs = z + 1;
+    // The last person removed, or an empty note: no part, position 0.
+    b.MajPersonnesEvt(e, 3, 'A');
+    z = b.Tete().zoneFin;
+    b.MajPersonnesEvt(e, 3, 'S');
+    EXPECT_EQ(b.Lire(z + 1, 20), tete(999995, 0, 0, docs, z0 + 1));
+    EXPECT_EQ(b.Tete().zoneFin, z + 20);
+    b.EcritNoteEvt(e, "Vu");
+    z = b.Tete().zoneFin;
+    b.EcritNoteEvt(e, "");
+    EXPECT_EQ(b.Lire(z + 1, 20), tete(999995, 0, 0, docs, z0 + 1));
+    f.Reouvre();
+    EXPECT_EQ(b.PosEvt(e), z + 1);
+    EXPECT_EQ(b.DocEvtNo(e, 1), 0u);
+}
+
 TEST(Documents, HeadsTitlesTypesAndSortOrder) {
     Fixture f;
     Base& b = f.b;

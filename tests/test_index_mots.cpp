@@ -239,3 +239,43 @@ TEST(IndexMots, BatchMergeKeepsOldPersonsFirstOnATie) {
     EXPECT_EQ(Personnes(b, '$', "CAEN"), (std::vector<std::uint32_t>{d, c, a}));
     EXPECT_EQ(Mots(b, '$'), (std::vector<std::string>{"CAEN", "VIRE"}));
 }
+
+// A new birth year moves the person in the lists of the words of its note,
+// rewritten in the order in which the note holds them; words that the index
+// lacks are added in that order too.
+TEST(IndexMots, NewBirthYearRewritesListsInTheOrderOfTheNote) {
+    Fixture f;
+    Base& b = f.b;
+    std::uint32_t a = b.CreePersonne("A", "X", "", 'H', "1840");
+    std::uint32_t c = b.CreePersonne("C", "X", "", 'H', "1860");
+    std::uint32_t n = b.CreePersonne("N", "X", "", 'H', "1850");
+    for (std::uint32_t x : {a, c, n}) {
+        std::string note = b.LitNote(x) + "\r\n$Vire $Caen";
+        b.MajMots(x, b.LitNote(x), note);
+        b.EcritNote(x, note);
+    }
+    std::uint32_t d = b.CreePersonne("D", "Y", "", 'H', "1800");
+    std::string seul = b.LitNote(d) + "\r\n$Caen";
+    b.MajMots(d, b.LitNote(d), seul);
+    b.EcritNote(d, seul);
+    ASSERT_EQ(Personnes(b, '$', "VIRE"), (std::vector<std::uint32_t>{a, n, c}));
+    std::string ancienne = b.CleAnNaiss(n);
+    b.EcritAnNaiss(n, "1870");
+    std::uint32_t z = b.Tete().zoneFin;
+    b.RangeMots(n, ancienne);
+    // The first names' word (rubric 2), then VIRE, then CAEN.
+    const std::string ordre = Pack4(a) + Pack4(c) + Pack4(n);
+    EXPECT_EQ(b.Lire(z + 1, 40), ordre + ordre + Pack4(d) + ordre);
+    EXPECT_EQ(b.Tete().zoneFin, z + 40);
+
+    // Words missing from the index get entries in the order of the note.
+    std::string note = b.LitNote(c) + " $Rouen $Bayeux";
+    b.EcritNote(c, note);
+    const std::uint32_t k = b.Tete().nbMots;
+    z = b.Tete().zoneFin;
+    b.RangeMots(c, b.CleAnNaiss(c));
+    EXPECT_EQ(b.LitMot(k + 1), "ROUEN");
+    EXPECT_EQ(b.LitMot(k + 2), "BAYEUX");
+    EXPECT_EQ(b.Lire(z + 1, 21), "ROUEN#" + Pack4(c) + "BAYEUX#" + Pack4(c));
+    EXPECT_EQ(Mots(b, '$'), (std::vector<std::string>{"BAYEUX", "CAEN", "ROUEN", "VIRE"}));
+}

@@ -220,7 +220,10 @@ std::uint32_t Base::DocEvtNo(std::uint32_t e, int i) {
 }
 
 void Base::EcritListeEvt(std::uint32_t e, std::string_view liste, bool personnes) {
-    std::uint32_t pos = liste.empty() ? 0 : Ajouter(std::string(liste) + Pack4(0));
+    // An empty person list is no list at all; an empty document list is
+    // still written, as its end mark alone.
+    std::uint32_t pos =
+        personnes && liste.empty() ? 0 : Ajouter(std::string(liste) + Pack4(0));
     TeteEvt t = LitTeteEvt(e);
     (personnes ? t.personnes : t.documents) = pos;
     EcritTeteEvt(e, &t);

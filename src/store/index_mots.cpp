@@ -223,10 +223,17 @@ void Base::RangeMots(std::uint32_t n, std::string_view) {
         if (PosListeRubrique(k) == 0) continue;
         const std::string r = LitRubrique(k);
         if (r.empty()) continue;
-        // Each word once, with the number of times the note holds it.
-        std::map<std::string, std::size_t> mots;
-        for (auto& mot : MotsNote(note, r[0]))
-            ++mots[std::move(mot)];
+        // Each word once, in the order of the note, with the number of
+        // times the note holds it: the lists are rewritten in that order.
+        std::vector<std::pair<std::string, std::size_t>> mots;
+        for (auto& mot : MotsNote(note, r[0])) {
+            auto it = std::find_if(mots.begin(), mots.end(),
+                                   [&mot](const auto& m) { return m.first == mot; });
+            if (it == mots.end())
+                mots.emplace_back(std::move(mot), 1);
+            else
+                ++it->second;
+        }
         if (mots.empty()) continue;
         const std::string avant = ListeRubrique(k);
         std::string liste = avant;
