@@ -4,6 +4,7 @@
 #include "exchange/gedcom_import.h"
 #include "store/fichier_memoire.h"
 #include "support/base_memoire.h"
+#include "text/calendrier.h"
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/utf8.h"
@@ -291,21 +292,62 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
         "2 DATE 5 JUN 1878\r\n2 PLAC Beaune\r\n"
         "0 @F2@ FAM\r\n1 WIFE @I2@\r\n1 CHIL @I4@\r\n"
         "0 TRLR\r\n";
-    const std::string ecrit = Exporte(b, t.fs);
-    // Line by line, so that a failure names the first line that differs.
-    std::vector<std::string> a, e;
-    for (auto* v : {&a, &e}) v->clear();
-    auto coupe = [](const std::string& s) {
-        std::vector<std::string> l;
-        std::size_t d = 0;
-        for (auto f = s.find("\r\n"); f != std::string::npos; d = f + 2, f = s.find("\r\n", d))
-            l.push_back(AnsiVersUtf8(s.substr(d, f - d)));
-        return l;
+    // Line by line, so that a failure names the first line that differs;
+    // `depuis`: the written lines are compared from that one on.
+    auto compare = [](const std::string& ecrit, const std::string& attendu,
+                      const std::string& depuis = {}) {
+        auto coupe = [](const std::string& s) {
+            std::vector<std::string> l;
+            std::size_t d = 0;
+            for (auto f = s.find("\r\n"); f != std::string::npos; d = f + 2, f = s.find("\r\n", d))
+                l.push_back(AnsiVersUtf8(s.substr(d, f - d)));
+            return l;
+        };
+        std::vector<std::string> a = coupe(ecrit);
+        const std::vector<std::string> e = coupe(attendu);
+        if (!depuis.empty()) a.erase(a.begin(), std::find(a.begin(), a.end(), depuis));
+        for (std::size_t i = 0; i < std::min(a.size(), e.size()); ++i)
+            ASSERT_EQ(a[i], e[i]) << "ligne " << i + 1;
+        EXPECT_EQ(a.size(), e.size());
     };
-    a = coupe(ecrit);
-    e = coupe(attendu);
-    for (std::size_t i = 0; i < std::min(a.size(), e.size()); ++i) ASSERT_EQ(a[i], e[i]) << "ligne " << i + 1;
-    EXPECT_EQ(a.size(), e.size());
+    compare(Exporte(b, t.fs), attendu);
+
+    // Events as sources and documents as notes. A person without a first
+    // name keeps the blank in front of the slash. A document that only an
+    // event holds is pointed at, but has no record. Long lines of text: one
+    // cut at a blank, then CONC pieces of 60 characters.
+    const auto sansPrenom = b.CreePersonne("DURAND", "", "", 'I', "1800", "");
+    const auto e = b.CreeEvtPersonne(jean, JourSerie({12, 3, 1850}), "BIRT", "Paris");
+    const auto acte = b.CreeDoc("Acte", "acte.jpg", "Image");
+    b.MajDocsEvt(e, acte, 'A');
+    const auto lettre = b.CreeDoc("Lettre de jean@dupont", "", "Texte",
+                                  "Ecrite par jean@dupont\r\nMon cher cousin, je vous envoie ici "
+                                  "les nouvelles de la famille depuis Dijon, ou nous sommes "
+                                  "tous en bonne sante cette annee.");
+    b.MajDocs(jean, lettre, 'A');
+    OptionsExport tout;
+    tout.evenements = tout.documents = true;
+    compare(Exporte(b, t.fs, tout),
+            "0 @I5@ INDI\r\n1 NAME  /DURAND/\r\n1 BIRT\r\n2 DATE 1800\r\n"
+            "0 @I1@ INDI\r\n1 NAME Jean Louis /DUPONT/\r\n1 SEX M\r\n1 OCCU laboureur\r\n1 BIRT\r\n"
+            "2 DATE 12 MAR 1850\r\n2 PLAC Paris\r\n"
+            "1 NOTE Il fut maire du village pendant vingt ans, puis conseiller\r\n"
+            "2 CONC g\xE9n\xE9ral du canton.\r\n1 FAMS @F1@\r\n"
+            "1 SOUR @E1@\r\n2 EVEN\r\n3 ROLE CHIL\r\n1 NOTE @D2@\r\n"
+            "0 @I3@ INDI\r\n1 NAME Paul /DUPONT/\r\n1 BIRT\r\n2 DATE 1880\r\n1 FAMC @F1@\r\n"
+            "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 WIFE @I2@\r\n1 CHIL @I3@\r\n1 MARR\r\n"
+            "2 DATE 5 JUN 1878\r\n2 PLAC Beaune\r\n"
+            "0 @F2@ FAM\r\n1 WIFE @I2@\r\n1 CHIL @I4@\r\n"
+            "0 @E1@ SOUR\r\n1 DATA\r\n2 EVEN BIRT\r\n3 DATE 12 MAR 1850\r\n3 PLAC Paris\r\n"
+            "2 NOTE @D1@\r\n1 TITL " +
+                b.NomComplet(jean) +
+                "\r\n"
+                "0 @D2@ NOTE Lettre de jean@dupont\r\n1 CONT Ecrite par jean@dupont\r\n"
+                "1 CONT Mon cher cousin, je vous envoie ici les nouvelles de la\r\n"
+                "1 CONC famille depuis Dijon, ou nous sommes tous en bonne sante cet\r\n"
+                "1 CONC te annee.\r\n1 REFN \r\n2 TYPE Texte\r\n"
+                "0 TRLR\r\n",
+            "0 @I" + std::to_string(sansPrenom) + "@ INDI");
 
     // Left out: persons born after 1900, and any person the selection refuses.
     b.EcritAnNaiss(paul, "1905");
@@ -319,15 +361,29 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
 }
 
 TEST(GedcomDialecte, DecoupeDesLignesLongues) {
-    const std::string l60(60, 'a'), l61(61, 'a');
-    EXPECT_EQ(DecoupeLigneGedcom(l60), std::vector<std::string>{l60});
-    EXPECT_EQ(DecoupeLigneGedcom(l61), (std::vector<std::string>{l60, "a"}));
-    const std::string mots = std::string(50, 'x') + " " + std::string(20, 'y');
-    EXPECT_EQ(DecoupeLigneGedcom(mots), (std::vector<std::string>{std::string(50, 'x'), std::string(20, 'y')}));
+    using M = std::vector<MorceauGedcom>;
+    const std::string a60(60, 'a'), x50(50, 'x');
+    // Exactly 60 stays whole, 61 is cut.
+    EXPECT_EQ(DecoupeLigneGedcom(a60), (M{{false, a60}}));
+    EXPECT_EQ(DecoupeLigneGedcom(a60 + "a"), (M{{false, a60}, {true, "a"}}));
+    // One cut at the last blank of the first 60, the blank dropped.
+    EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + std::string(20, 'y')),
+              (M{{false, x50}, {true, std::string(20, 'y')}}));
+    EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + std::string(70, 'y')),
+              (M{{false, x50}, {true, std::string(60, 'y')}, {true, std::string(10, 'y')}}));
+    // Only one cut looks for a blank; the CONC pieces are 60 characters
+    // while 60 or more are left, and the last one may be empty.
+    const std::string y30(30, 'y'), z(40, 'z');
+    EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + y30 + " " + z),
+              (M{{false, x50}, {true, y30 + " " + z.substr(0, 29)}, {true, z.substr(29)}}));
+    EXPECT_EQ(DecoupeLigneGedcom(a60 + a60), (M{{false, a60}, {true, a60}, {true, ""}}));
     // Never inside a UTF-8 character.
     std::string u(59, 'a');
     u += "\xC3\xA9\xC3\xA9";
-    for (const auto& m : DecoupeLigneGedcom(u, true)) EXPECT_NE(static_cast<unsigned char>(m[0]) & 0xC0, 0x80);
+    for (const auto& m : DecoupeLigneGedcom(u, true))
+        if (!m.texte.empty()) {
+            EXPECT_NE(static_cast<unsigned char>(m.texte[0]) & 0xC0, 0x80);
+        }
 }
 
 TEST(GedcomDialecte, JeuxDeCaracteres) {

@@ -148,18 +148,11 @@ class Redacteur {
         ecrit_ += tampon_.size();
         tampon_.clear();
     }
-    // One line of text: its first piece under `tag` at `niveau`, the others
-    // as CONC at `niveauSuite`.
-    // Free text: an "@" is doubled, so that no reader takes it for a pointer.
+    // One line of text: its pieces under `tag` at `niveau`, its CONC pieces
+    // at `niveauSuite`. An "@" of the text goes out as it stands.
     void LigneDecoupee(int niveau, std::string_view tag, int niveauSuite, std::string_view l) {
-        std::string t;
-        for (char c : l) {
-            t += c;
-            if (c == '@') t += '@';
-        }
-        auto morceaux = DecoupeLigneGedcom(Conv(t), jeu_ == JeuUtf8);
-        for (std::size_t i = 0; i < morceaux.size(); ++i)
-            Brut(i == 0 ? niveau : niveauSuite, i == 0 ? tag : "CONC", &morceaux[i]);
+        for (const auto& m : DecoupeLigneGedcom(Conv(l), jeu_ == JeuUtf8))
+            Brut(m.conc ? niveauSuite : niveau, m.conc ? "CONC" : tag, &m.texte);
     }
     // A text of several lines: the first on the record's own line (when
     // `tag` is given), each other as CONT, long ones continued by CONC.
@@ -338,10 +331,10 @@ class Redacteur {
 
     void Personne(std::uint32_t n) {
         Ligne(0, Pointeur('I', n) + " INDI");
-        std::string nom = b_.LitPrenom(n);
+        // The first name's blank stands even when there is no first name.
+        std::string nom = b_.LitPrenom(n) + " ";
         const std::string autres = b_.LitAutrePrenom(n);
-        if (!autres.empty()) nom += " " + autres;
-        if (!nom.empty()) nom += " ";
+        if (!autres.empty()) nom += autres + " ";
         Ligne(1, "NAME", nom + "/" + b_.LitNom(n) + "/");
         const auto& slots = b_.Tete().rubriquesPersonne;
         const TableValeursRubriques valeurs = b_.RubriquesNote(n);
@@ -532,8 +525,9 @@ class Redacteur {
                 for (int k = 1;; ++k) {
                     std::uint32_t d = b_.DocEvtNo(e, k);
                     if (d == 0) break;
+                    // Only the persons' documents are marked for phase 5: one
+                    // that only an event holds has no NOTE record.
                     Ligne(2, "NOTE", Pointeur('D', d));
-                    Marque(docsMarques_, d);
                 }
             }
             Ligne(1, "TITL", b_.TitreEvt(e));
@@ -575,29 +569,31 @@ class Redacteur {
 
 } // namespace
 
-std::vector<std::string> DecoupeLigneGedcom(std::string_view l, bool utf8) {
-    std::vector<std::string> r;
+std::vector<MorceauGedcom> DecoupeLigneGedcom(std::string_view l, bool utf8) {
+    std::vector<MorceauGedcom> r;
     if (l.size() < 61) {
-        r.emplace_back(l);
+        r.push_back({false, std::string(l)});
         return r;
     }
-    auto suite = [utf8](std::size_t c, std::string_view t) {
+    // Where a cut of 60 characters falls.
+    auto coupe = [utf8](std::string_view t) {
+        std::size_t c = 60;
         if (utf8)
-            while (c > 1 && c < t.size() && (static_cast<unsigned char>(t[c]) & 0xC0) == 0x80) --c;
+            while (c > 1 && c < t.size() && (static_cast<unsigned char>(t[c]) & 0xC0) == 0x80)
+                --c;
         return c;
     };
-    while (l.size() >= 61) {
-        const auto blanc = l.substr(0, 60).rfind(' ');
-        if (blanc != std::string_view::npos && blanc > 0) {
-            r.emplace_back(l.substr(0, blanc));
-            l.remove_prefix(blanc + 1);
-        } else {
-            const std::size_t c = suite(60, l);
-            r.emplace_back(l.substr(0, c));
-            l.remove_prefix(c);
-        }
-    }
-    r.emplace_back(l);
+    auto prend = [&r, &l](bool conc, std::size_t n, std::size_t saut) {
+        r.push_back({conc, std::string(l.substr(0, n))});
+        l.remove_prefix(n + saut);
+    };
+    if (const auto blanc = l.substr(0, 60).rfind(' '); blanc != std::string_view::npos)
+        prend(false, blanc, 1);
+    if (l.size() >= 61 && l.substr(0, 60).find(' ') == std::string_view::npos)
+        prend(!r.empty(), coupe(l), 0);
+    while (l.size() >= 60)
+        prend(true, coupe(l), 0);
+    r.push_back({true, std::string(l)});
     return r;
 }
 

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace sylvane {
 
@@ -49,11 +51,20 @@ FinExport ExporteGedcom(Base& b, SystemeFichiers& fs, const std::string& chemin,
 FinExport ExporteGeneanet(Base& b, SystemeFichiers& fs, const std::string& chemin,
                           const OptionsExport& options);
 
-// The cut of one line of text (already in the file's set) into the value of
-// its first line and the values of its CONC lines: pieces of at most 60
-// characters, cut at the last blank of the first 60 when there is one (the
-// blank is dropped), else after 60 characters. A line under 61 characters
-// stays whole. `utf8`: never cut inside a character.
-std::vector<std::string> DecoupeLigneGedcom(std::string_view ligne, bool utf8 = false);
+// One piece of a cut line: under the line's own tag, or as a CONC line.
+struct MorceauGedcom {
+    bool conc = false;
+    std::string texte;
+    bool operator==(const MorceauGedcom&) const = default;
+};
+
+// The cut of one line of text (already in the file's set). A line under 61
+// characters stays whole. A longer one is cut once at the last blank of its
+// first 60 characters (the blank is dropped), or, with no blank there,
+// after 60 characters. The rest goes out as CONC pieces of 60 characters,
+// cut with no regard for blanks, while 60 or more are left, and what is
+// left at the end, even nothing, as a last CONC.
+// `utf8`: never cut inside a character.
+std::vector<MorceauGedcom> DecoupeLigneGedcom(std::string_view ligne, bool utf8 = false);
 
 } // namespace sylvane
