@@ -230,6 +230,123 @@ TEST(Reorganisation, EmptyBaseAndCurrentNumbersAndMergeList) {
     EXPECT_FALSE(fs.existe("/g/base.tmp"));
 }
 
+// The reorganised file, walked from its header: each phase's writes follow
+// the previous ones with no gap, in the order of the phases.
+TEST(Reorganisation, LaysOutEachPhaseBehindThePrevious) {
+    SystemeMemoire fs;
+    Parametres p;
+    Base b(fs, p);
+    b.Nouvelle(kChemin);
+    // Over 400 keywords, so that the index has two blocks.
+    std::vector<std::uint32_t> ps;
+    for (int i = 0; i < 210; ++i) {
+        const std::string k = std::to_string(1000 - i);
+        ps.push_back(b.CreePersonne("Nom" + k, "Pre" + k, "", i % 2 ? 'H' : 'F', "1800"));
+    }
+    b.CreeMariage(ps[1], ps[0], "1820");
+    b.CreeEvtPersonne(ps[0], -18190, "BIRT", "Caen");
+    b.CreeEvtPersonne(ps[1], -14000, "DEAT", "Rouen");
+    b.CreeDoc("Btitre", "b.jpg", "", "note b");
+    b.CreeDoc("Atitre", "a.jpg", "JPG", "note a");
+    b.FermeBase();
+    b.Ouvre(kChemin);
+    ASSERT_TRUE(Reorganiser(b, Repond(Reponse::Non)).fait);
+    b.FermeBase();
+
+    const std::string f = fs.contenu(kChemin);
+    auto U = [&f](std::uint32_t pos) { return Unpack4(f, pos - 1); };
+    auto Brut = [&f](std::uint32_t pos) {
+        std::uint32_t v = 0;
+        for (int i = 3; i >= 0; --i) v = v * 256 + static_cast<unsigned char>(f[pos - 1 + i]);
+        return v;
+    };
+    // The position behind the text that starts at pos (skip bytes first).
+    auto Apres = [&f](std::uint32_t pos, std::uint32_t saut = 0) {
+        return static_cast<std::uint32_t>(f.find('#', pos - 1 + saut) + 2);
+    };
+
+    // Rubrics: the table at 501, then each record followed by its list.
+    ASSERT_EQ(U(104), 501u);
+    std::uint32_t suite = 701;
+    for (std::uint32_t k = 1; k <= 11; ++k) {
+        ASSERT_EQ(U(501 + 4 * (k - 1)), suite) << "rubric " << k;
+        const std::string enreg = f.substr(suite - 1, 40);
+        suite += 40;
+        const std::size_t ff = enreg.find('\xFF');
+        if (ff == std::string::npos || ff > enreg.find('#')) continue;
+        const std::uint32_t liste = Unpack4(enreg, ff + 1);
+        ASSERT_EQ(liste, suite);
+        suite += 4 + 4 * U(liste);
+    }
+
+    // Index: the block table, both blocks, then word and persons by entry.
+    const std::uint32_t nbMots = U(53);
+    ASSERT_GT(nbMots, 400u);
+    ASSERT_EQ(U(154), suite);
+    ASSERT_EQ(U(suite), suite + 8);
+    ASSERT_EQ(U(suite + 4), suite + 8 + 4800);
+    const std::uint32_t blocsMots = suite + 8;
+    suite += 8 + 2 * 4800;
+    for (std::uint32_t i = 0; i < nbMots; ++i) {
+        const std::uint32_t entree = blocsMots + (i / 400) * 4800 + (i % 400) * 12;
+        ASSERT_EQ(U(entree), suite) << "word " << i + 1;
+        suite = Apres(suite);
+        if (U(entree + 4) == 0) continue;
+        ASSERT_EQ(U(entree + 8), suite);
+        suite += 4 * U(entree + 4);
+    }
+
+    // Persons: the block table, then block 1, whose first record's identity
+    // text comes right behind it.
+    ASSERT_EQ(U(35), 210u);
+    ASSERT_EQ(U(73), suite);
+    ASSERT_EQ(U(suite), suite + 12);
+    ASSERT_EQ(Brut(suite + 12 + 21), suite + 12 + 6000);
+
+    // Documents: both tables, the block, the sort chunk, then note and head
+    // of each document in its new order.
+    const std::uint32_t docs = U(85);
+    ASSERT_EQ(U(89), docs + 4);
+    ASSERT_EQ(U(docs), docs + 8);
+    ASSERT_EQ(U(docs + 4), docs + 8 + 4000);
+    EXPECT_EQ(f.substr(docs + 8 + 4000 - 1, 12), Pack4(1) + Pack4(2) + "    ");
+    suite = docs + 8 + 8000;
+    for (std::uint32_t d = 1; d <= 2; ++d) {
+        const std::uint32_t tete = U(docs + 8 + 4 * (d - 1));
+        ASSERT_EQ(U(tete), suite) << "document " << d;
+        ASSERT_EQ(Apres(suite), tete);
+        suite = Apres(tete, 4);
+    }
+    EXPECT_EQ(f.substr(U(U(docs + 8)) - 1, 7), "note a#");
+
+    // Events likewise: text, persons, then the head.
+    const std::uint32_t evts = U(93);
+    ASSERT_EQ(evts, suite);
+    ASSERT_EQ(U(97), evts + 4);
+    ASSERT_EQ(U(evts), evts + 8);
+    ASSERT_EQ(U(evts + 4), evts + 8 + 4000);
+    suite = evts + 8 + 8000;
+    for (std::uint32_t e = 1; e <= 2; ++e) {
+        const std::uint32_t tete = U(evts + 8 + 4 * (e - 1));
+        ASSERT_EQ(U(tete + 16), suite) << "event " << e;
+        suite = Apres(suite);
+        ASSERT_EQ(U(tete + 4), 0u);
+        ASSERT_EQ(U(tete + 8), suite);
+        while (U(suite) != 0) suite += 4;
+        suite += 4;
+        ASSERT_EQ(U(tete + 12), 0u);
+        ASSERT_EQ(tete, suite);
+        suite += 20;
+    }
+
+    // Last, the person sort table: its chunk, then its chunk table.
+    ASSERT_EQ(U(suite), 1u);
+    ASSERT_EQ(U(81), suite + 4000);
+    ASSERT_EQ(U(suite + 4000), suite);
+    EXPECT_EQ(U(31), suite + 4003);
+    EXPECT_EQ(f.size(), suite + 4003);
+}
+
 // Every file operation of a run fails in turn, whole or torn, and then the
 // power is lost: the base on disk is the old one or, once the rename is
 // done, the new one, and it opens.

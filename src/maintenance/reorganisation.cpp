@@ -136,11 +136,12 @@ class Reorganisation {
 
     void RecopieRubriques(Ecrivain& w);
     void RecopieIndex(Ecrivain& w);
-    void RecopiePersonnes(Ecrivain& w, std::array<std::uint32_t, 8>& places);
+    void RecopiePersonnes(Ecrivain& w);
     void RecopieMariages(Ecrivain& w);
     void RecopieDocuments(Ecrivain& w);
     void RecopieEvenements(Ecrivain& w);
-    void RecopieTri(Ecrivain& w, std::uint32_t nombre, std::uint32_t& place);
+    void RecopieTriPersonnes(Ecrivain& w);
+    std::vector<std::uint32_t> Tables(Ecrivain& w, std::uint32_t nombre, Table blocs, Table tri);
     std::uint32_t PaireTextes(Ecrivain& w, std::uint32_t n, bool evts);
 
     Base& b_;
@@ -248,44 +249,71 @@ void Reorganisation::RecopieIndex(Ecrivain& w) {
     Phase("Recopie Index");
     const std::size_t nb = mots_.size();
     if (nb == 0) return;
+    // The block table and all the blocks come first; the words and their
+    // person lists follow, in new number order.
     const std::size_t nbBlocs = (nb - 1) / 400 + 1;
     std::vector<std::uint32_t> table(nbBlocs, 0);
     places_[static_cast<int>(Table::Mots)] = w.Reserve(nbBlocs * 4);
-    for (std::size_t bl = 0; bl < nbBlocs; ++bl) {
-        const std::uint32_t place = w.Reserve(4800);
-        table[bl] = place;
-        std::string bloc(4800, '\0');
-        for (std::size_t j = 0; j < 400 && bl * 400 + j < nb; ++j) {
-            const std::uint32_t k = mots_[bl * 400 + j];
-            Compte(bl * 400 + j + 1);
-            const std::uint32_t mot = w.Ajoute(b_.LitMot(k) + "#");
-            // Mapping keeps the order, so the list stays ordered by birth key.
-            const std::string personnes = Mappe(b_.PersonnesMot(k), r_.personnes);
-            const std::uint32_t liste = personnes.empty() ? 0 : w.Ajoute(personnes);
-            bloc.replace(j * 12, 12,
-                         Pack4(mot) + Pack4(static_cast<std::uint32_t>(personnes.size() / 4)) +
-                             Pack4(liste));
-        }
-        w.Pose(place, bloc);
+    for (auto& place : table) place = w.Reserve(4800);
+    std::vector<std::string> blocs(nbBlocs, std::string(4800, '\0'));
+    for (std::size_t i = 0; i < nb; ++i) {
+        const std::uint32_t k = mots_[i];
+        Compte(i + 1);
+        const std::uint32_t mot = w.Ajoute(b_.LitMot(k) + "#");
+        // Mapping keeps the order, so the list stays ordered by birth key.
+        const std::string personnes = Mappe(b_.PersonnesMot(k), r_.personnes);
+        const std::uint32_t liste = personnes.empty() ? 0 : w.Ajoute(personnes);
+        blocs[i / 400].replace((i % 400) * 12, 12,
+                               Pack4(mot) +
+                                   Pack4(static_cast<std::uint32_t>(personnes.size() / 4)) +
+                                   Pack4(liste));
     }
+    for (std::size_t bl = 0; bl < nbBlocs; ++bl) w.Pose(table[bl], blocs[bl]);
     w.Pose(places_[static_cast<int>(Table::Mots)], Tableau(table));
 }
 
-// A sort table of the numbers 1 to `nombre`, its chunk table first.
-void Reorganisation::RecopieTri(Ecrivain& w, std::uint32_t nombre, std::uint32_t& place) {
-    const std::size_t nbMorceaux = (nombre - 1) / 1000 + 1;
-    std::vector<std::uint32_t> table(nbMorceaux, 0);
-    place = w.Reserve(nbMorceaux * 4);
-    for (std::size_t c = 0; c < nbMorceaux; ++c) {
-        std::string morceau;
+// The chunks of a sort table of the numbers 1 to `nombre`, the last one
+// padded with blanks.
+std::vector<std::string> MorceauxTri(std::uint32_t nombre) {
+    std::vector<std::string> morceaux((nombre - 1) / 1000 + 1);
+    for (std::size_t c = 0; c < morceaux.size(); ++c) {
+        std::string& morceau = morceaux[c];
         morceau.reserve(4000);
         for (std::uint32_t n = static_cast<std::uint32_t>(c * 1000) + 1;
              n <= nombre && morceau.size() < 4000; ++n)
             morceau += Pack4(n);
         morceau.resize(4000, ' ');
-        table[c] = w.Ajoute(morceau);
     }
-    w.Pose(place, Tableau(table));
+    return morceaux;
+}
+
+// The person sort table goes last, as the commit writes a table that has
+// no place yet: its chunks at the end, then its chunk table.
+void Reorganisation::RecopieTriPersonnes(Ecrivain& w) {
+    const std::size_t nb = personnes_.size();
+    if (nb == 0) return;
+    std::vector<std::uint32_t> table;
+    for (const std::string& m : MorceauxTri(static_cast<std::uint32_t>(nb)))
+        table.push_back(w.Ajoute(m));
+    places_[static_cast<int>(Table::TriPersonnes)] = w.Ajoute(Tableau(table));
+}
+
+// The head store of documents or events: the block table and the sort chunk
+// table first, then the blocks, then the sort chunks; the blocks are filled
+// in once the heads are written. Returns the positions of the blocks.
+std::vector<std::uint32_t> Reorganisation::Tables(Ecrivain& w, std::uint32_t nombre,
+                                                  Table blocs, Table tri) {
+    const std::size_t nbBlocs = (nombre - 1) / 1000 + 1;
+    const std::vector<std::string> morceaux = MorceauxTri(nombre);
+    places_[static_cast<int>(blocs)] = w.Reserve(nbBlocs * 4);
+    places_[static_cast<int>(tri)] = w.Reserve(morceaux.size() * 4);
+    std::vector<std::uint32_t> table(nbBlocs, 0);
+    for (auto& p : table) p = w.Reserve(4000);
+    std::vector<std::uint32_t> chunks;
+    for (const std::string& m : morceaux) chunks.push_back(w.Ajoute(m));
+    w.Pose(places_[static_cast<int>(blocs)], Tableau(table));
+    w.Pose(places_[static_cast<int>(tri)], Tableau(chunks));
+    return table;
 }
 
 // The link list (evts false) or the event list of person n, with their
@@ -305,14 +333,13 @@ std::uint32_t Reorganisation::PaireTextes(Ecrivain& w, std::uint32_t n, bool evt
     return Liste(w, o);
 }
 
-void Reorganisation::RecopiePersonnes(Ecrivain& w, std::array<std::uint32_t, 8>& places) {
+void Reorganisation::RecopiePersonnes(Ecrivain& w) {
     Phase("Recopie Individus");
     const std::size_t nb = personnes_.size();
     if (nb == 0) return;
-    RecopieTri(w, static_cast<std::uint32_t>(nb), places[static_cast<int>(Table::TriPersonnes)]);
     const std::size_t nbBlocs = (nb - 1) / 100 + 1;
     std::vector<std::uint32_t> table(nbBlocs, 0);
-    places[static_cast<int>(Table::Personnes)] = w.Reserve(nbBlocs * 4);
+    places_[static_cast<int>(Table::Personnes)] = w.Reserve(nbBlocs * 4);
     for (std::size_t bl = 0; bl < nbBlocs; ++bl) {
         io_.Montre(titre_, "Bloc " + std::to_string(bl + 1));
         if (io_.Arrete()) throw Arret{};
@@ -345,7 +372,7 @@ void Reorganisation::RecopiePersonnes(Ecrivain& w, std::array<std::uint32_t, 8>&
         }
         w.Pose(place, bloc);
     }
-    w.Pose(places[static_cast<int>(Table::Personnes)], Tableau(table));
+    w.Pose(places_[static_cast<int>(Table::Personnes)], Tableau(table));
 }
 
 void Reorganisation::RecopieMariages(Ecrivain& w) {
@@ -379,11 +406,9 @@ void Reorganisation::RecopieDocuments(Ecrivain& w) {
     Phase("Recopie Documents");
     const std::size_t nb = documents_.size();
     if (nb == 0) return;
-    const std::size_t nbBlocs = (nb - 1) / 1000 + 1;
-    std::vector<std::uint32_t> table(nbBlocs, 0);
-    places_[static_cast<int>(Table::Documents)] = w.Reserve(nbBlocs * 4);
-    RecopieTri(w, static_cast<std::uint32_t>(nb), places_[static_cast<int>(Table::TriDocuments)]);
-    for (auto& p : table) p = w.Reserve(4000);
+    const std::vector<std::uint32_t> table =
+        Tables(w, static_cast<std::uint32_t>(nb), Table::Documents, Table::TriDocuments);
+    const std::size_t nbBlocs = table.size();
     std::vector<std::string> blocs(nbBlocs, std::string(4000, '\0'));
     for (std::size_t i = 0; i < nb; ++i) {
         Compte(i + 1);
@@ -403,19 +428,15 @@ void Reorganisation::RecopieDocuments(Ecrivain& w) {
         blocs[i / 1000].replace((i % 1000) * 4, 4, Pack4(w.Ajoute(tete)));
     }
     for (std::size_t bl = 0; bl < nbBlocs; ++bl) w.Pose(table[bl], blocs[bl]);
-    w.Pose(places_[static_cast<int>(Table::Documents)], Tableau(table));
 }
 
 void Reorganisation::RecopieEvenements(Ecrivain& w) {
     Phase("Recopie Ev\xE9nements");
     const std::size_t nb = evenements_.size();
     if (nb == 0) return;
-    const std::size_t nbBlocs = (nb - 1) / 1000 + 1;
-    std::vector<std::uint32_t> table(nbBlocs, 0);
-    places_[static_cast<int>(Table::Evenements)] = w.Reserve(nbBlocs * 4);
-    RecopieTri(w, static_cast<std::uint32_t>(nb),
-               places_[static_cast<int>(Table::TriEvenements)]);
-    for (auto& p : table) p = w.Reserve(4000);
+    const std::vector<std::uint32_t> table =
+        Tables(w, static_cast<std::uint32_t>(nb), Table::Evenements, Table::TriEvenements);
+    const std::size_t nbBlocs = table.size();
     std::vector<std::string> blocs(nbBlocs, std::string(4000, '\0'));
     auto incident = [this](std::uint32_t e) {
         b_.Signale("Incident sur l'\xE9v\xE9nement " + std::to_string(e) +
@@ -441,7 +462,6 @@ void Reorganisation::RecopieEvenements(Ecrivain& w) {
         blocs[i / 1000].replace((i % 1000) * 4, 4, Pack4(tete));
     }
     for (std::size_t bl = 0; bl < nbBlocs; ++bl) w.Pose(table[bl], blocs[bl]);
-    w.Pose(places_[static_cast<int>(Table::Evenements)], Tableau(table));
 }
 
 void Reorganisation::Recopie(Ecrivain& w) {
@@ -449,10 +469,11 @@ void Reorganisation::Recopie(Ecrivain& w) {
     w.Reserve(500, ' ');
     RecopieRubriques(w);
     RecopieIndex(w);
-    RecopiePersonnes(w, places_);
+    RecopiePersonnes(w);
     RecopieMariages(w);
     RecopieDocuments(w);
     RecopieEvenements(w);
+    RecopieTriPersonnes(w);
 
     Entete e = b_.Tete();
     e.banniere = kBanniere;
