@@ -112,6 +112,10 @@ TEST(ListeAscendants, CousinMarriageKeepsEveryOccurrence) {
                                              {c.H, c.I, 2, {"3"}, 1},
                                              {c.F, c.H, 3, {"6"}, 1},
                                              {c.D, c.H, 3, {"7"}, 1}}));
+    // Walked unsorted, the list writes no key: every entry points at the
+    // start of the empty key file.
+    for (std::int32_t n = 1; n <= nombre; ++n)
+        EXPECT_EQ(l.ListePosition(n), 1);
 
     // A person already seen is not walked again: Z stays at one occurrence.
     l.ArretDoublon = 1;
@@ -124,6 +128,12 @@ TEST(ListeAscendants, CousinMarriageKeepsEveryOccurrence) {
               (std::vector<std::uint32_t>{c.I, c.G, c.H, c.C, c.E, c.F, c.D, c.A, c.B, c.Z}));
     EXPECT_EQ(lignes.back(), (Ligne{c.Z, c.A, 5, {"16"}, 1}));
     EXPECT_EQ(lignes[7], (Ligne{c.A, c.C, 4, {"8", "14"}, 2}));
+    // Each entry keeps the place of its 18-byte key ("gg" and sixteen
+    // digits) in the order of the walk, whatever its place after the sort.
+    std::vector<std::int32_t> positions;
+    for (std::int32_t n = 1; n <= nombre; ++n)
+        positions.push_back(l.ListePosition(n));
+    EXPECT_EQ(positions, (std::vector<std::int32_t>{1, 19, 127, 37, 109, 145, 163, 55, 91, 73}));
 }
 
 TEST(ListeAscendants, EntryTextsJoinOccurrencesThroughTheSameChild) {
@@ -253,6 +263,15 @@ TEST(ListeDescendants, ChildTenSortsAfterChildNine) {
     // Only three generations: the grandchildren are gone.
     ASSERT_TRUE(l.ConstruitDescendants(r, nombre, 2, TriParcours));
     EXPECT_EQ(nombre, 13);
+
+    // Children are read up to the 200th: a 201st is never reached.
+    std::uint32_t dernier = 0;
+    for (int i = 13; i <= 201; ++i)
+        dernier = a.Enfant(r, 0, "E" + std::to_string(i));
+    ASSERT_TRUE(l.ConstruitDescendants(r, nombre, 2, TriParcours));
+    EXPECT_EQ(nombre, 201);
+    EXPECT_EQ(l.NumerosDescendance(l.ListeNumero(201)), "200");
+    EXPECT_EQ(l.ListeOccurrences(dernier), 0u);
 }
 
 TEST(ListeDescendants, DescendantsWhoMarriedShareTheirChildren) {
@@ -330,6 +349,19 @@ TEST(ListeAscendants, StopsAtThirtyTwoThousandPersons) {
     EXPECT_EQ(nombre, 32000);
     EXPECT_FALSE(l.LimiteAtteinte());
     EXPECT_TRUE(messages.empty());
+    // The mother's line ends the walk: 16383 is the last person reached.
+    EXPECT_EQ(l.ListePersonne(32000), 16383u);
+
+    // Once the list is full, a further occurrence of a person already in it
+    // stops the run as well, and the list stays as it was.
+    a.b().EcritPere(16383, 2);
+    ASSERT_TRUE(l.ConstruitAscendants(1, nombre, 99, TriParcours));
+    EXPECT_EQ(nombre, 32000);
+    EXPECT_TRUE(l.LimiteAtteinte());
+    EXPECT_EQ(messages, std::vector<std::string>{"Recherche limit\xE9"
+                                                 "e - Plus de 32.000 Ascendants"});
+    EXPECT_EQ(l.ListeOccurrences(2), 1u);
+    EXPECT_EQ(l.OccurrencesEntree(2).size(), 1u);
 }
 
 TEST(ListeAscendants, StopAndFailureLeaveNoList) {
