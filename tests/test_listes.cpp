@@ -618,3 +618,30 @@ TEST(ListesAleatoires, MatchAPlainImplementation) {
 }
 
 } // namespace
+
+TEST(ListeAscendants, StopIsHeardInALongWalkThroughKnownPersons) {
+    // Each couple is both parents of both persons of the next generation:
+    // without the implex stop, 2^20 paths lead through 41 persons.
+    Arbre a;
+    std::uint32_t pere = a.Personne("Haut", "P", 'H'), mere = a.Personne("Haut", "M", 'F');
+    for (int g = 0; g < 19; ++g) {
+        const auto p = a.Personne("Ligne", "P", 'H'), m = a.Personne("Ligne", "M", 'F');
+        a.Parents(p, pere, mere);
+        a.Parents(m, pere, mere);
+        pere = p;
+        mere = m;
+    }
+    const auto moi = a.Enfant(pere, mere, "Moi");
+    ListeParente l(a.b(), a.fs);
+    std::string dernier;
+    bool limite = false;
+    l.progres = [&](const std::string& t) {
+        if (t == dernier) l.Abandon = true; // the panel came back with no new person
+        dernier = t;
+    };
+    l.avertit = [&](const std::string&) { limite = true; };
+    std::int32_t nombre = 0;
+    // Only the panel of the walk through known persons repeats a count.
+    EXPECT_FALSE(l.ConstruitAscendants(moi, nombre, 99, TriParcours));
+    EXPECT_FALSE(limite);
+}

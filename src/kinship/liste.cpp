@@ -129,6 +129,12 @@ bool ListeParente::Construit(bool descendante, std::uint32_t personne, std::int3
 bool ListeParente::ArretVisite() {
     if (Abandon || limiteAtteinte_) return true;
     if (++visites_ > kVisitesMax) return Limite();
+    // A long run through persons already listed (every path of an implex
+    // walked) still lets the interface run, so that Stop is heard.
+    if (visites_ % 20000 == 0 && progres) {
+        progres(std::to_string(crit_.size()) + (descendante_ ? " Descendants" : " Ascendants"));
+        if (Abandon) return true;
+    }
     return false;
 }
 
