@@ -506,6 +506,8 @@ class Base {
     void LitMariage(std::uint32_t m);
     char* EnregMariage();
     void EcritBlocMariage(int slot);
+    void EcritNumeroMariage(std::uint32_t m, int offset, std::uint32_t p);
+    void EcritAnneeMariage(std::uint32_t m, int offset, std::string_view s);
     void EcritMariages();
     void RazMariages();
 

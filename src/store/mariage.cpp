@@ -128,43 +128,30 @@ std::string Base::LitNoteMariage(std::uint32_t m) {
     return t;
 }
 
-void Base::EcritMari(std::uint32_t m, std::uint32_t p) {
+void Base::EcritNumeroMariage(std::uint32_t m, int offset, std::uint32_t p) {
     if (m == 0) return;
     LitMariage(m);
-    EcritBrut(EnregMariage() + oMari, static_cast<std::int32_t>(p));
+    EcritBrut(EnregMariage() + offset, static_cast<std::int32_t>(p));
     slotsM_[slotCourantM_].sale = true;
     marqueModif_ = true;
     redessiner = true;
 }
 
-void Base::EcritFemme(std::uint32_t m, std::uint32_t p) {
-    if (m == 0) return;
-    LitMariage(m);
-    EcritBrut(EnregMariage() + oFemme, static_cast<std::int32_t>(p));
-    slotsM_[slotCourantM_].sale = true;
-    marqueModif_ = true;
-    redessiner = true;
-}
+void Base::EcritMari(std::uint32_t m, std::uint32_t p) { EcritNumeroMariage(m, oMari, p); }
+void Base::EcritFemme(std::uint32_t m, std::uint32_t p) { EcritNumeroMariage(m, oFemme, p); }
 
-void Base::EcritAnMariage(std::uint32_t m, std::string_view s) {
+void Base::EcritAnneeMariage(std::uint32_t m, int offset, std::string_view s) {
     if (m == 0) return;
     LitMariage(m);
     std::string a(s.substr(0, 4));
     a.resize(4, ' ');
-    std::copy(a.begin(), a.end(), EnregMariage() + oAn);
+    std::copy(a.begin(), a.end(), EnregMariage() + offset);
     slotsM_[slotCourantM_].sale = true;
     marqueModif_ = true;
 }
 
-void Base::EcritAnFin(std::uint32_t m, std::string_view s) {
-    if (m == 0) return;
-    LitMariage(m);
-    std::string a(s.substr(0, 4));
-    a.resize(4, ' ');
-    std::copy(a.begin(), a.end(), EnregMariage() + oAnFin);
-    slotsM_[slotCourantM_].sale = true;
-    marqueModif_ = true;
-}
+void Base::EcritAnMariage(std::uint32_t m, std::string_view s) { EcritAnneeMariage(m, oAn, s); }
+void Base::EcritAnFin(std::uint32_t m, std::string_view s) { EcritAnneeMariage(m, oAnFin, s); }
 
 void Base::EcritNoteMariage(std::uint32_t m, std::string_view s) {
     if (m == 0) return;

@@ -1,6 +1,7 @@
 // The person sort table: places by bisection, insertion and removal, and
 // the complete sort.
 #include "store/base.h"
+#include "store/recherche_tri.h"
 
 #include "text/mots.h"
 
@@ -104,34 +105,13 @@ std::uint32_t Base::TrouvePlaceFiche(std::uint32_t n) {
     if (n == 0 || nb == 0) return 0;
     if (dernierePlace_ >= 1 && dernierePlace_ <= nb && TriFiche(dernierePlace_) == n)
         return dernierePlace_;
-    if (entete_.modeTri != '0') {
-        const std::string cle(CleVue(n));
-        std::size_t bas = 1, haut = nb, trouve = 0;
-        while (bas <= haut) {
-            std::size_t m = bas + (haut - bas) / 2;
-            int cmp = cle.compare(CleVue(TriFiche(m)));
-            if (cmp > 0) bas = m + 1;
-            else if (cmp < 0) {
-                if (m == 1) break;
-                haut = m - 1;
-            } else {
-                trouve = m;
-                break;
-            }
-        }
-        if (trouve) {
-            // Among equal keys, walk both ways to the number.
-            for (std::size_t i = trouve; i >= 1 && CleVue(TriFiche(i)) == cle; --i)
-                if (TriFiche(i) == n) return dernierePlace_ = static_cast<std::uint32_t>(i);
-            for (std::size_t i = trouve + 1; i <= nb && CleVue(TriFiche(i)) == cle; ++i)
-                if (TriFiche(i) == n) return dernierePlace_ = static_cast<std::uint32_t>(i);
-        }
-    }
-    // A table out of order (mode "0", or a key changed without a move):
-    // look through the whole table.
-    for (std::size_t i = 1; i <= nb; ++i)
-        if (TriFiche(i) == n) return dernierePlace_ = static_cast<std::uint32_t>(i);
-    return 0;
+    // The comparison strings are copied: the next key computed may move
+    // the arena that a view points into.
+    const std::uint32_t place =
+        Trouve(n, std::string(CleVue(n)), triPersonnes_,
+               [this](std::uint32_t x) { return std::string(CleVue(x)); });
+    if (place) dernierePlace_ = place;
+    return place;
 }
 
 void Base::MajTriFiche(std::size_t i, std::uint32_t n, char op) {

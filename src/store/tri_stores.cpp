@@ -1,6 +1,7 @@
 // The document and event sort tables (by title key and by date), and the
 // change of the person sort mode.
 #include "store/base.h"
+#include "store/recherche_tri.h"
 
 #include "text/messages.h"
 #include "text/mots.h"
@@ -38,35 +39,6 @@ template <class Cle, class F> std::uint32_t Place(const Cle& k, std::size_t nb, 
     return static_cast<std::uint32_t>(milieu);
 }
 
-// Place of record n: a bisection to an equal key, then a walk through the
-// equal keys both ways; a table out of order is looked through whole.
-template <class Cle, class F>
-std::uint32_t Trouve(std::uint32_t n, const Cle& k, const TableTri& t, F cle) {
-    const std::size_t nb = t.taille();
-    std::size_t bas = 1, haut = nb, trouve = 0;
-    while (bas <= haut) {
-        std::size_t m = bas + (haut - bas) / 2;
-        Cle c = cle(t.at(m));
-        if (k > c)
-            bas = m + 1;
-        else if (k < c) {
-            if (m == 1) break;
-            haut = m - 1;
-        } else {
-            trouve = m;
-            break;
-        }
-    }
-    if (trouve) {
-        for (std::size_t i = trouve; i >= 1 && cle(t.at(i)) == k; --i)
-            if (t.at(i) == n) return static_cast<std::uint32_t>(i);
-        for (std::size_t i = trouve + 1; i <= nb && cle(t.at(i)) == k; ++i)
-            if (t.at(i) == n) return static_cast<std::uint32_t>(i);
-    }
-    for (std::size_t i = 1; i <= nb; ++i)
-        if (t.at(i) == n) return static_cast<std::uint32_t>(i);
-    return 0;
-}
 
 void Bulle(TableTri& t, std::size_t ancienne, std::size_t nouvelle) {
     if (ancienne == nouvelle || ancienne < 1 || ancienne > t.taille()) return;
