@@ -41,6 +41,9 @@ class Application {
     Parametres& parametres() { return parametres_; }
     EtatNumerotation& numeros() { return numeros_; }
     std::uint32_t personneEnCours() const { return personneEnCours_; }
+    SystemeFichiers& fs() { return fs_; }
+    Reglages& reglages() { return reglages_; }
+    const std::string& dossierProgramme() const { return dossierProgramme_; }
     void definitPersonneEnCours(std::uint32_t n) { personneEnCours_ = n; }
 
   private:
