@@ -86,16 +86,18 @@ TEST_F(Fixture, ListPositionHoldingHashAndFFIsFoundBehindTheMarker) {
     EXPECT_EQ(b.PosListeRubrique(13), 0u);
 }
 
-TEST(Chemins, FirstDotOfTheWholePathCuts) {
+TEST(Chemins, FirstDotOfTheFileNameCuts) {
     auto c = DeriveChemins("/home/jean/famille.sv2");
     EXPECT_EQ(c.base, "/home/jean/famille.sv2");
     EXPECT_EQ(c.journal, "/home/jean/famille.log");
     EXPECT_EQ(c.svr, "/home/jean/famille.svr");
     EXPECT_EQ(c.gedcom, "/home/jean/famille.ged");
     EXPECT_EQ(c.titre, "famille");
-    auto d = DeriveChemins("/home/j.dupont/arbre.v2.sv2");
-    EXPECT_EQ(d.base, "/home/j.sv2");
-    EXPECT_EQ(d.titre, "j");
+    // A folder's dot is no cut (~/.local/share holds bases).
+    auto d = DeriveChemins("/home/j.dupont/.local/arbre.v2.sv2");
+    EXPECT_EQ(d.base, "/home/j.dupont/.local/arbre.sv2");
+    EXPECT_EQ(d.journal, "/home/j.dupont/.local/arbre.log");
+    EXPECT_EQ(d.titre, "arbre");
     EXPECT_EQ(DeriveChemins("sans").base, "sans.sv2");
 }
 

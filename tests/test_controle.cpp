@@ -70,6 +70,7 @@ struct Controle : ::testing::Test {
     Parametres p;
     Base b{fs, p};
     void SetUp() override {
+        p.dossierTravail = "/t";
         b.Nouvelle(kChemin);
         test::EditionsAleatoires(b, 1500, 3);
         b.FermeBase();
@@ -92,8 +93,9 @@ TEST_F(Controle, SoundBaseGivesAnEmptyReportAndUnchangedFile) {
     const auto r = Controler(b, Repond(Reponse::Non));
     ASSERT_TRUE(r.fait);
     EXPECT_EQ(r.rapport, "");
-    EXPECT_EQ(r.chemin, "/c/base.txt");
-    EXPECT_TRUE(fs.existe("/c/base.txt"));
+    EXPECT_EQ(r.chemin, "/t/base.txt");
+    EXPECT_TRUE(fs.existe("/t/base.txt"));
+    EXPECT_FALSE(fs.existe("/c/base.txt"));
     b.FermeBase();
     EXPECT_EQ(fs.contenu(kChemin), avant);
     EXPECT_FALSE(fs.existe("/c/base.sav"));

@@ -125,7 +125,7 @@ TEST(Selection, ExportOfASelectionCutsTheLinksThatLeaveIt) {
         t.find("[MARIAGES]\r\n " + std::to_string(f.F) + " \r\n " + std::to_string(f.B) + " \r\n"),
         std::string::npos);
     EXPECT_EQ(t.find("gp"), std::string::npos);
-    // Stopped at the first checkpoint, the partial file stays.
+    // Stopped at the first checkpoint, the earlier file stays as it was.
     for (int i = 0; i < 200; ++i)
         f.b.CreePersonne("Z", "z", "", 'H', "1900");
     Selection tout(f.b);
@@ -133,7 +133,8 @@ TEST(Selection, ExportOfASelectionCutsTheLinksThatLeaveIt) {
     DialogueEchange d;
     d.arret = [] { return true; };
     EXPECT_FALSE(ExporteSvr(f.b, tout, f.p, f.fs, "/s.svr", d));
-    EXPECT_EQ(lireTout(f.fs, "/s.svr").find("[FIN]"), std::string::npos);
+    EXPECT_EQ(lireTout(f.fs, "/s.svr"), t);
+    EXPECT_FALSE(f.fs.existe("/~s.svr"));
 }
 
 TEST(Geneanet, AFileNameWithShellMetacharactersRunsNoCommand) {

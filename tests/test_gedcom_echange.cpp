@@ -285,7 +285,7 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
         "0 @I2@ INDI\r\n1 NAME Marie /MARTIN/\r\n1 SEX F\r\n1 FAMS @F1@\r\n1 FAMS @F2@\r\n"
         "0 @I1@ INDI\r\n1 NAME Jean Louis /DUPONT/\r\n1 SEX M\r\n1 OCCU laboureur\r\n1 BIRT\r\n"
         "2 DATE 12 MAR 1850\r\n2 PLAC Paris\r\n"
-        "1 NOTE Il fut maire du village pendant vingt ans, puis conseiller\r\n"
+        "1 NOTE Il fut maire du village pendant vingt ans, puis conseiller \r\n"
         "2 CONC g\xE9n\xE9ral du canton.\r\n1 FAMS @F1@\r\n"
         "0 @I3@ INDI\r\n1 NAME Paul /DUPONT/\r\n1 BIRT\r\n2 DATE 1880\r\n1 FAMC @F1@\r\n"
         "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 WIFE @I2@\r\n1 CHIL @I3@\r\n1 MARR\r\n"
@@ -331,7 +331,7 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
             "0 @I5@ INDI\r\n1 NAME  /DURAND/\r\n1 BIRT\r\n2 DATE 1800\r\n"
             "0 @I1@ INDI\r\n1 NAME Jean Louis /DUPONT/\r\n1 SEX M\r\n1 OCCU laboureur\r\n1 BIRT\r\n"
             "2 DATE 12 MAR 1850\r\n2 PLAC Paris\r\n"
-            "1 NOTE Il fut maire du village pendant vingt ans, puis conseiller\r\n"
+            "1 NOTE Il fut maire du village pendant vingt ans, puis conseiller \r\n"
             "2 CONC g\xE9n\xE9ral du canton.\r\n1 FAMS @F1@\r\n"
             "1 SOUR @E1@\r\n2 EVEN\r\n3 ROLE CHIL\r\n1 NOTE @D2@\r\n"
             "0 @I3@ INDI\r\n1 NAME Paul /DUPONT/\r\n1 BIRT\r\n2 DATE 1880\r\n1 FAMC @F1@\r\n"
@@ -343,7 +343,7 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
                 b.NomComplet(jean) +
                 "\r\n"
                 "0 @D2@ NOTE Lettre de jean@dupont\r\n1 CONT Ecrite par jean@dupont\r\n"
-                "1 CONT Mon cher cousin, je vous envoie ici les nouvelles de la\r\n"
+                "1 CONT Mon cher cousin, je vous envoie ici les nouvelles de la \r\n"
                 "1 CONC famille depuis Dijon, ou nous sommes tous en bonne sante cet\r\n"
                 "1 CONC te annee.\r\n1 REFN \r\n2 TYPE Texte\r\n"
                 "0 TRLR\r\n",
@@ -366,16 +366,18 @@ TEST(GedcomDialecte, DecoupeDesLignesLongues) {
     // Exactly 60 stays whole, 61 is cut.
     EXPECT_EQ(DecoupeLigneGedcom(a60), (M{{false, a60}}));
     EXPECT_EQ(DecoupeLigneGedcom(a60 + "a"), (M{{false, a60}, {true, "a"}}));
-    // One cut at the last blank of the first 60, the blank dropped.
+    // One cut behind the last blank of the first 60, the blank kept at the
+    // end of the piece; 60 characters with no blank behind it go under the
+    // same tag as the piece before.
     EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + std::string(20, 'y')),
-              (M{{false, x50}, {true, std::string(20, 'y')}}));
+              (M{{false, x50 + " "}, {true, std::string(20, 'y')}}));
     EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + std::string(70, 'y')),
-              (M{{false, x50}, {true, std::string(60, 'y')}, {true, std::string(10, 'y')}}));
+              (M{{false, x50 + " "}, {false, std::string(60, 'y')}, {true, std::string(10, 'y')}}));
     // Only one cut looks for a blank; the CONC pieces are 60 characters
     // while 60 or more are left, and the last one may be empty.
     const std::string y30(30, 'y'), z(40, 'z');
     EXPECT_EQ(DecoupeLigneGedcom(x50 + " " + y30 + " " + z),
-              (M{{false, x50}, {true, y30 + " " + z.substr(0, 29)}, {true, z.substr(29)}}));
+              (M{{false, x50 + " "}, {true, y30 + " " + z.substr(0, 29)}, {true, z.substr(29)}}));
     EXPECT_EQ(DecoupeLigneGedcom(a60 + a60), (M{{false, a60}, {true, a60}, {true, ""}}));
     // Never inside a UTF-8 character.
     std::string u(59, 'a');

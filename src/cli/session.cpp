@@ -10,43 +10,48 @@ namespace sylvane::cli {
 
 Session::Session(std::ostream& e) : err(&e) {}
 
+// Drops an unfinished import before its base.
+Session::~Session() { remplacement.reset(); }
+
+std::string Chemin(const std::string& argument) {
+    // "./famille.sv2" is "famille.sv2".
+    std::string chemin = argument;
+    while (chemin.size() > 2 && chemin.compare(0, 2, "./") == 0) chemin.erase(0, 2);
+    return CheminInterne(chemin);
+}
+
+std::string CheminLisible(const std::string& chemin) { return CheminSysteme(chemin); }
+
 namespace {
-// The base's files are named from the text before the first dot of the
-// whole path: say so when a folder's dot cuts the path.
-void PrevientCoupure(std::ostream& err, const std::string& chemin, const CheminsBase& c) {
-    if (Ansi(chemin) != c.base && chemin.find('/') != std::string::npos &&
-        chemin.substr(0, chemin.rfind('/')).find('.') != std::string::npos)
-        err << "attention : le chemin est coup\xC3\xA9 au premier point, la base est "
-            << AnsiVersUtf8(c.base) << "\n";
+std::unique_ptr<Base> NouvelleInstance(const Parametres& p, std::ostream* err) {
+    auto b = std::make_unique<Base>(systemeReel(), p);
+    b->SetSignaleur([err](const std::string& t) { *err << AnsiVersUtf8(t) << "\n"; });
+    return b;
 }
 } // namespace
 
-// "./famille.sv2" is "famille.sv2": the leading "./" would otherwise be
-// the first dot of the path.
-static std::string SansPointCourant(std::string chemin) {
-    while (chemin.size() > 2 && chemin.compare(0, 2, "./") == 0) chemin.erase(0, 2);
-    return chemin;
-}
-
-Base& Session::Ouvre(const std::string& cheminDonne) {
-    const std::string chemin = SansPointCourant(cheminDonne);
-    auto chemins = DeriveChemins(Ansi(chemin));
-    PrevientCoupure(*err, chemin, chemins);
+Base& Session::Ouvre(const std::string& argument, bool lecture) {
+    auto chemins = DeriveChemins(Chemin(argument));
     if (!systemeReel().existe(chemins.base))
-        throw std::runtime_error("base introuvable : " + AnsiVersUtf8(chemins.base));
-    base = std::make_unique<Base>(systemeReel(), parametres);
-    base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
-    base->Ouvre(chemins.base);
+        throw std::runtime_error("base introuvable : " + CheminLisible(chemins.base));
+    base = NouvelleInstance(parametres, err);
+    base->Ouvre(chemins.base, lecture);
     return *base;
 }
 
-Base& Session::Nouvelle(const std::string& cheminDonne) {
-    const std::string chemin = SansPointCourant(cheminDonne);
-    PrevientCoupure(*err, chemin, DeriveChemins(Ansi(chemin)));
-    base = std::make_unique<Base>(systemeReel(), parametres);
-    base->SetSignaleur([e = err](const std::string& t) { *e << AnsiVersUtf8(t) << "\n"; });
-    base->Nouvelle(Ansi(chemin));
+Base& Session::Nouvelle(const std::string& argument, bool force) {
+    const auto chemins = DeriveChemins(Chemin(argument));
+    if (!force && systemeReel().existe(chemins.base))
+        throw std::runtime_error("la base " + CheminLisible(chemins.base) +
+                                 " existe d\xC3\xA9j\xC3\xA0 : --force pour la remplacer");
+    base = NouvelleInstance(parametres, err);
+    remplacement = std::make_unique<RemplacementBase>(*base, chemins.base);
     return *base;
+}
+
+void Session::Valide() {
+    if (remplacement) remplacement->Valide();
+    else Ferme();
 }
 
 nlohmann::json Texte(const std::string& ansi) { return AnsiVersUtf8(ansi); }

@@ -22,14 +22,29 @@ namespace sylvane::cli {
 struct Session {
     Parametres parametres;
     std::unique_ptr<Base> base;
+    // The new base of an import, under its temporary name until Valide.
+    std::unique_ptr<RemplacementBase> remplacement;
     std::ostream* err = nullptr;
 
     explicit Session(std::ostream& e);
-    // Opens an existing base; throws a clear error when the file is missing.
-    Base& Ouvre(const std::string& chemin);
-    Base& Nouvelle(const std::string& chemin);
+    ~Session();
+    // Opens an existing base; throws a clear error when the file is missing
+    // or another process is writing it. `lecture`: for the verbs that only
+    // read, which don't stop a writer nor wait for it.
+    Base& Ouvre(const std::string& chemin, bool lecture = false);
+    Base& Lit(const std::string& chemin) { return Ouvre(chemin, true); }
+    // A new base that replaces the one of this path only once whole (at
+    // Valide). An existing base is refused without `force`.
+    Base& Nouvelle(const std::string& chemin, bool force);
+    void Valide();
     void Ferme() { if (base) base->FermeBase(); }
 };
+
+// A path given on the command line, in the program's form: converted once,
+// here, so that every name the system accepts can be reached.
+std::string Chemin(const std::string& argument);
+// A path of the program as the user gave it (UTF-8).
+std::string CheminLisible(const std::string& chemin);
 
 // Windows-1252 text of the base as a JSON string (UTF-8).
 nlohmann::json Texte(const std::string& ansi);

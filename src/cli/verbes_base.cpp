@@ -23,20 +23,20 @@ std::string UneBase(const Options& o, const char* verbe) {
 } // namespace
 
 int VerbeNew(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {}, {});
+    Options o(args, {}, {"force"});
     std::string chemin = UneBase(o, "new");
     Session s(err);
-    Base& b = s.Nouvelle(chemin);
-    std::string cree = b.Chemins().base;
-    s.Ferme();
-    out << Texte(cree).get<std::string>() << "\n";
+    s.Nouvelle(chemin, o.a("force"));
+    const std::string cree = s.remplacement->Cible().base;
+    s.Valide();
+    out << CheminLisible(cree) << "\n";
     return 0;
 }
 
 int VerbeInfo(const Arguments& args, std::ostream& out, std::ostream& err) {
     Options o(args, {}, {});
     Session s(err);
-    Base& b = s.Ouvre(UneBase(o, "info"));
+    Base& b = s.Lit(UneBase(o, "info"));
     const Entete& e = b.Tete();
     nlohmann::json j;
     j["banner"] = Texte(e.banniere);
@@ -59,7 +59,7 @@ int VerbeInfo(const Arguments& args, std::ostream& out, std::ostream& err) {
 int VerbePersons(const Arguments& args, std::ostream& out, std::ostream& err) {
     Options o(args, {}, {});
     Session s(err);
-    Base& b = s.Ouvre(UneBase(o, "persons"));
+    Base& b = s.Lit(UneBase(o, "persons"));
     const std::size_t nb = b.TablePersonnes().taille();
     for (std::size_t i = 1; i <= nb; ++i) {
         std::uint32_t n = b.TriFiche(i);

@@ -33,16 +33,17 @@ int VerbeImportGedcom(const Arguments& args, std::ostream& out, std::ostream& er
     Options o(args, {"sort", "keywords"}, {"force"});
     if (o.positionnels().size() != 2)
         throw ErreurUsage{"import-gedcom attend un fichier GEDCOM et un fichier de base"};
-    const std::string ged = o.positionnels()[0], chemin = o.positionnels()[1];
+    const std::string ged = Chemin(o.positionnels()[0]), chemin = o.positionnels()[1];
     ReponsesFixes reponses(OuiNonOption(o, "sort"), OuiNonOption(o, "keywords"));
     SystemeFichiers& fs = systemeReel();
     if (!fs.existe(ged)) {
-        err << "Fichier introuvable : " << ged << "\n";
+        err << "Fichier introuvable : " << CheminLisible(ged) << "\n";
         return 1;
     }
-    const std::string base = DeriveChemins(chemin).base;
+    const std::string base = DeriveChemins(Chemin(chemin)).base;
     if (fs.existe(base) && !o.a("force")) {
-        err << "La base " << base << " existe d\xC3\xA9j\xC3\xA0 : --force pour la remplacer\n";
+        err << "La base " << CheminLisible(base)
+            << " existe d\xC3\xA9j\xC3\xA0 : --force pour la remplacer\n";
         return 1;
     }
     GedcomLu g = PrepareGedcom(fs, ged);
@@ -51,12 +52,12 @@ int VerbeImportGedcom(const Arguments& args, std::ostream& out, std::ostream& er
         return 1;
     }
     Session s(err);
-    Base& b = s.Nouvelle(chemin);
+    Base& b = s.Nouvelle(chemin, true);
     OptionsImport opt;
     opt.questions = &reponses;
     opt.parametres = &s.parametres;
     RapportImport r = ImporteGedcom(b, g, opt);
-    s.Ferme();
+    s.Valide(); // the keyword index is built: the base is whole
     out << AnsiVersUtf8(r.Texte());
     return 0;
 }
@@ -80,11 +81,11 @@ int VerbeExportGedcom(const Arguments& args, std::ostream& out, std::ostream& er
     opt.documents = o.a("documents");
     opt.avant1900 = o.a("no-after-1900");
     Session s(err);
-    Base& b = s.Ouvre(o.positionnels()[0]);
+    Base& b = s.Lit(o.positionnels()[0]);
     Selection sel(b);
     if (ChoisitSelection(b, o, args, sel))
         opt.selection = [&sel](std::uint32_t n) { return sel.Exporte(n); };
-    const std::string sortie = Ansi(o.positionnels()[1]);
+    const std::string sortie = Chemin(o.positionnels()[1]);
     if (o.a("geneanet"))
         ExporteGeneanet(b, systemeReel(), sortie, opt);
     else

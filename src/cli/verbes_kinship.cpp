@@ -26,7 +26,7 @@ int Liste(const Arguments& args, std::ostream& out, std::ostream& err, bool desc
     Session s(err);
     if (s.parametres.dossierTravail.empty())
         s.parametres.dossierTravail = std::filesystem::temp_directory_path().string();
-    Base& b = s.Ouvre(o.positionnels()[0]);
+    Base& b = s.Lit(o.positionnels()[0]);
     const std::uint32_t personne = PersonneArgument(b, o.positionnels()[1], "personne");
     ListeParente liste(b, systemeReel());
     liste.ArretDoublon = o.a("implex") ? 1 : 0;
@@ -81,7 +81,7 @@ int VerbeNumbers(const Arguments& args, std::ostream& out, std::ostream& err) {
     if (o.positionnels().size() != 1) throw ErreurUsage{"numbers attend un seul fichier de base"};
     if (!o.a("decujus")) throw ErreurUsage{"--decujus est requis"};
     Session s(err);
-    Base& b = s.Ouvre(o.positionnels()[0]);
+    Base& b = s.Lit(o.positionnels()[0]);
     EtatNumerotation etat;
     etat.deCujus1.deCujus = PersonneArgument(b, o.valeur("decujus"), "--decujus");
     if (o.a("decujus2"))

@@ -1,5 +1,6 @@
 // mes build SOURCE OUT.mes: a message file from its UTF-8 text list.
 // mes dump FILE.mes: the text list of a message file.
+#include "cli/session.h"
 #include "cli/verbes.h"
 #include "text/utf8.h"
 
@@ -17,21 +18,20 @@ int VerbeMes(const Arguments& args, std::ostream& out, std::ostream& err) {
         if (args.size() != 3) throw ErreurUsage{"build attend SOURCE et OUT.mes"};
         std::map<int, std::string> messages;
         try {
-            messages = LitSourceMessages(lireTout(systemeReel(), Utf8VersAnsi(args[1])));
+            messages = LitSourceMessages(lireTout(systemeReel(), Chemin(args[1])));
         } catch (const ErreurSourceMessages& e) {
             err << args[1] << ", " << e.what() << "\n";
             return 1;
         }
-        // Written beside, then renamed, so that a failed build never leaves
-        // a half message file behind.
-        const std::string sortie = Utf8VersAnsi(args[2]), tmp = sortie + ".tmp";
-        ecrireTout(systemeReel(), tmp, EcritFichierMessages(messages));
-        systemeReel().renommer(tmp, sortie);
+        // A failed build never leaves a half message file behind.
+        EcritureAtomique sortie(systemeReel(), Chemin(args[2]));
+        sortie.Sortie().ecrire(0, EcritFichierMessages(messages));
+        sortie.Valide();
         return 0;
     }
     if (sous == "dump") {
         if (args.size() != 2) throw ErreurUsage{"dump attend FILE.mes"};
-        out << EcritSourceMessages(LitFichierMessages(lireTout(systemeReel(), Utf8VersAnsi(args[1]))));
+        out << EcritSourceMessages(LitFichierMessages(lireTout(systemeReel(), Chemin(args[1]))));
         return 0;
     }
     throw ErreurUsage{"sous-commande inconnue : " + sous};

@@ -5,6 +5,7 @@
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/tags.h"
+#include "text/utf8.h"
 
 #include <ostream>
 
@@ -39,7 +40,7 @@ std::string Role(Base& b, std::uint32_t p, std::uint32_t e) {
 int VerbeEvents(const Arguments& args, std::ostream& out, std::ostream& err) {
     Options o(args, {}, {});
     Session s(err);
-    Base& b = s.Ouvre(UneBase(o, "events"));
+    Base& b = s.Lit(UneBase(o, "events"));
     const std::size_t nb = b.TableEvenements().taille();
     for (std::size_t i = 1; i <= nb; ++i) {
         std::uint32_t e = b.TriEvt(i);
@@ -68,7 +69,7 @@ int VerbeEvents(const Arguments& args, std::ostream& out, std::ostream& err) {
 int VerbeDocuments(const Arguments& args, std::ostream& out, std::ostream& err) {
     Options o(args, {}, {});
     Session s(err);
-    Base& b = s.Ouvre(UneBase(o, "documents"));
+    Base& b = s.Lit(UneBase(o, "documents"));
     const std::size_t nb = b.TableDocuments().taille();
     for (std::size_t i = 1; i <= nb; ++i) {
         std::uint32_t d = b.TriDoc(i);
@@ -89,7 +90,7 @@ int VerbeDocuments(const Arguments& args, std::ostream& out, std::ostream& err) 
 int VerbeKeywords(const Arguments& args, std::ostream& out, std::ostream& err) {
     Options o(args, {}, {});
     Session s(err);
-    Base& b = s.Ouvre(UneBase(o, "keywords", 2));
+    Base& b = s.Lit(UneBase(o, "keywords", 2));
     std::string symbole = o.positionnels().size() > 1 ? Ansi(o.positionnels()[1]) : "";
     if (symbole.size() > 1) throw ErreurUsage{"SYMBOLE est un seul caract\xC3\xA8re"};
     for (std::uint32_t k = 1; k <= b.Tete().nbRubriques; ++k) {
@@ -134,6 +135,20 @@ int VerbeAddEvent(const Arguments& args, std::ostream& out, std::ostream& err) {
     Session s(err);
     Base& b = s.Ouvre(chemin);
     std::uint32_t n = PersonneArgument(b, o.valeur("person"), "--person");
+    // An event of a kind that has no main role for the person would belong
+    // to nobody.
+    const GenreEvt* genre = b.Temoins().Genre(tag);
+    const std::string sexe = b.LitSexe(n);
+    if (!genre || genre->RolesPrincipaux(sexe.empty() ? ' ' : sexe[0]).empty()) {
+        std::string genres;
+        for (const auto& g : b.Temoins().genres)
+            if (!g.RolesPrincipaux(sexe.empty() ? ' ' : sexe[0]).empty())
+                genres += (genres.empty() ? "" : ", ") + g.tag;
+        b.Abandonne();
+        throw ErreurUsage{"--tag " + AnsiVersUtf8(tag) +
+                          " : pas un \xC3\xA9v\xC3\xA9nement de personne de la base (" +
+                          AnsiVersUtf8(genres) + ")"};
+    }
     std::uint32_t e = b.CreeEvtPersonne(n, Conv_DateSerie(date), tag, lieu);
     s.Ferme();
     out << e << "\n";

@@ -61,10 +61,10 @@ int VerbeExportSvr(const Arguments& args, std::ostream& out, std::ostream& err) 
     Options o(args, {"ascendants", "descendants"}, {"collaterals", "complete", "no-after-1900"});
     DeuxFichiers(o, "export-svr");
     Session s(err);
-    Base& b = s.Ouvre(o.positionnels()[0]);
+    Base& b = s.Lit(o.positionnels()[0]);
     Selection sel(b);
     if (!ChoisitSelection(b, o, args, sel)) sel.SelectionneTout();
-    const bool fini = ExporteSvr(b, sel, s.parametres, systemeReel(), Ansi(o.positionnels()[1]));
+    const bool fini = ExporteSvr(b, sel, s.parametres, systemeReel(), Chemin(o.positionnels()[1]));
     std::size_t exportes = 0;
     for (std::uint32_t n = 1; n <= b.Tete().maxPersonne; ++n)
         if (sel.Exporte(n)) ++exportes;
@@ -74,20 +74,24 @@ int VerbeExportSvr(const Arguments& args, std::ostream& out, std::ostream& err) 
 }
 
 int VerbeImportSvr(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {}, {});
+    Options o(args, {}, {"force"});
     DeuxFichiers(o, "import-svr");
+    const std::string svr = Chemin(o.positionnels()[0]);
+    if (!systemeReel().existe(svr))
+        throw std::runtime_error("fichier introuvable : " + CheminLisible(svr));
     Session s(err);
-    Base& b = s.Nouvelle(o.positionnels()[1]);
+    Base& b = s.Nouvelle(o.positionnels()[1], o.a("force"));
     ReglagesMemoire reglages;
     try {
-        Ligne(out, Bilan(LitSvrNouvelleBase(b, systemeReel(), Ansi(o.positionnels()[0]), reglages,
-                                            Dialogue(false, err))));
+        const BilanSvr bilan = LitSvrNouvelleBase(b, systemeReel(), svr, reglages,
+                                                  Dialogue(false, err));
+        s.Valide();
+        Ligne(out, Bilan(bilan));
     } catch (const ErreurLecture& e) {
-        s.Ferme();
+        // A file read in part is no base: the old one stays.
         err << "sylvane-cli import-svr : " << AnsiVersUtf8(e.what()) << "\n";
         return 1;
     }
-    s.Ferme();
     return 0;
 }
 
@@ -97,7 +101,7 @@ int VerbeIntegrate(const Arguments& args, std::ostream& out, std::ostream& err) 
     Session s(err);
     Base& b = s.Ouvre(o.positionnels()[0]);
     try {
-        Ligne(out, Bilan(IntegreSvr(b, systemeReel(), Ansi(o.positionnels()[1]),
+        Ligne(out, Bilan(IntegreSvr(b, systemeReel(), Chemin(o.positionnels()[1]),
                                     Dialogue(o.a("yes"), err))));
     } catch (const ErreurLecture& e) {
         s.Ferme();
@@ -113,10 +117,10 @@ int VerbeBackup(const Arguments& args, std::ostream& out, std::ostream& err) {
     DeuxFichiers(o, "backup");
     Session s(err);
     Base& b = s.Ouvre(o.positionnels()[0]);
-    const std::string copie = Ansi(o.positionnels()[1]);
+    const std::string copie = Chemin(o.positionnels()[1]);
     Sauvegarde(b, systemeReel(), copie);
     s.Ferme();
-    out << AnsiVersUtf8(copie) << "\n";
+    out << CheminLisible(copie) << "\n";
     return 0;
 }
 
@@ -126,7 +130,7 @@ int VerbeRestore(const Arguments& args, std::ostream& out, std::ostream& err) {
     Session s(err);
     s.base = std::make_unique<Base>(systemeReel(), s.parametres);
     const bool fait =
-        Restauration(*s.base, systemeReel(), Ansi(o.positionnels()[0]), Dialogue(o.a("yes"), err));
+        Restauration(*s.base, systemeReel(), Chemin(o.positionnels()[0]), Dialogue(o.a("yes"), err));
     if (!fait) {
         err << "sylvane-cli restore : la base existe d\xC3\xA9j\xC3\xA0 ; --yes pour la "
                "remplacer\n";
@@ -134,7 +138,7 @@ int VerbeRestore(const Arguments& args, std::ostream& out, std::ostream& err) {
     }
     const std::string base = s.base->Chemins().base;
     s.Ferme();
-    out << AnsiVersUtf8(base) << "\n";
+    out << CheminLisible(base) << "\n";
     return 0;
 }
 

@@ -289,38 +289,6 @@ class Redacteur {
         return Parmi(kTagsAttribut, tag) || (geneanet_ && tag == "PEDI");
     }
 
-    // The marks of a note's body: each rubric symbol and the word behind it
-    // are cut out; those of the tags the dialect knows become lines.
-    std::string Marques(std::string texte, bool mariage) {
-        texte = " " + texte + " ";
-        for (std::uint32_t k = 1; k <= b_.Tete().nbRubriques; ++k) {
-            const std::string r = b_.LitRubrique(k);
-            if (r.empty()) continue;
-            const char s = r[0];
-            const std::string tag = r.substr(1);
-            for (auto p = texte.find(s); p != std::string::npos; p = texte.find(s, p)) {
-                auto fin = texte.find_first_of(" \r", p + 1);
-                if (fin == std::string::npos) fin = texte.size();
-                const std::string valeur = DesPoints(texte.substr(p + 1, fin - p - 1));
-                texte.erase(p, fin - p);
-                if (mariage) {
-                    if (tag == "RESI") {
-                        Ligne(1, "RESI", valeur);
-                    } else if (Parmi(kTagsEvtMariage, tag)) {
-                        Ligne(1, tag);
-                        Ligne(2, "PLAC", valeur);
-                    }
-                } else if (EstAttribut(tag) || tag == "PEDI") {
-                    Ligne(1, tag, valeur);
-                } else if (Parmi(kTagsEvenement, tag) || tag == "CHR" || tag == "BAPL") {
-                    Ligne(1, tag);
-                    Ligne(2, "PLAC", valeur);
-                }
-            }
-        }
-        return Trim(texte);
-    }
-
     void Note(const std::string& reste) {
         std::string t = reste;
         while (t.size() >= 2 && t.compare(t.size() - 2, 2, "\r\n") == 0) t.resize(t.size() - 2);
@@ -379,7 +347,9 @@ class Redacteur {
                 Ligne(2, "NOTE", v.valeur);
             }
         });
-        Note(Marques(SansRtf(b_.CorpsNote(n)), false));
+        // The free text goes out as it stands: a rubric's symbol in it ("100 $",
+        // "C:\\Photos", an e-mail address) is text, not a mark.
+        Note(SansRtf(b_.CorpsNote(n)));
         const std::vector<std::uint32_t> mariages = b_.Mariages(n);
         const auto& slotsM = b_.Tete().rubriquesMariage;
         for (std::uint32_t m : mariages) {
@@ -460,10 +430,11 @@ class Redacteur {
     }
 
     void Mariage(std::uint32_t m) {
-        Ligne(1, "MARR");
+        // The couple is the family itself: a MARR line only for a date or a place.
         const std::string date = b_.DateMariage(m), an = b_.LitAnMariage(m);
-        if (!date.empty() || !an.empty()) Ligne(2, "DATE", Trim(Conv_DateVersGedcom(date, an)));
         const std::string lieu = b_.LieuMariage(m);
+        if (!date.empty() || !an.empty() || !lieu.empty()) Ligne(1, "MARR");
+        if (!date.empty() || !an.empty()) Ligne(2, "DATE", Trim(Conv_DateVersGedcom(date, an)));
         if (!lieu.empty()) Ligne(2, "PLAC", lieu);
         const auto& slots = b_.Tete().rubriquesMariage;
         const TableValeursRubriques v = b_.RubriquesMariage(m);
@@ -481,7 +452,7 @@ class Redacteur {
                 Ligne(2, "NOTE", v[i].valeur);
             }
         }
-        Note(Marques(SansRtf(b_.CorpsNoteMariage(m)), true));
+        Note(SansRtf(b_.CorpsNoteMariage(m)));
     }
 
     // --- Phase 4
@@ -587,26 +558,39 @@ std::vector<MorceauGedcom> DecoupeLigneGedcom(std::string_view l, bool utf8) {
         r.push_back({conc, std::string(l.substr(0, n))});
         l.remove_prefix(n + saut);
     };
+    // The blank of the cut stays at the end of the piece, so that a reader
+    // that joins CONC as GEDCOM does gets the text back.
     if (const auto blanc = l.substr(0, 60).rfind(' '); blanc != std::string_view::npos)
-        prend(false, blanc, 1);
+        prend(false, blanc + 1, 0);
     if (l.size() >= 61 && l.substr(0, 60).find(' ') == std::string_view::npos)
-        prend(!r.empty(), coupe(l), 0);
+        prend(false, coupe(l), 0);
     while (l.size() >= 60)
         prend(true, coupe(l), 0);
     r.push_back({true, std::string(l)});
     return r;
 }
 
+// The file is written beside and takes its name only when whole.
+static FinExport Exporte(Base& b, SystemeFichiers& fs, const std::string& chemin,
+                         const OptionsExport& options, bool geneanet) {
+    auto sortie = SortieExport(b, chemin);
+    FinExport fin;
+    {
+        Redacteur r(b, fs, sortie->Temporaire(), options, geneanet);
+        fin = r.Ecrit();
+    }
+    if (fin == FinExport::Termine) sortie->Valide();
+    return fin;
+}
+
 FinExport ExporteGedcom(Base& b, SystemeFichiers& fs, const std::string& chemin,
                         const OptionsExport& options) {
-    Redacteur r(b, fs, chemin, options, false);
-    return r.Ecrit();
+    return Exporte(b, fs, chemin, options, false);
 }
 
 FinExport ExporteGeneanet(Base& b, SystemeFichiers& fs, const std::string& chemin,
                           const OptionsExport& options) {
-    Redacteur r(b, fs, chemin, options, true);
-    return r.Ecrit();
+    return Exporte(b, fs, chemin, options, true);
 }
 
 } // namespace sylvane

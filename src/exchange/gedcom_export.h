@@ -40,8 +40,9 @@ struct OptionsExport {
 
 enum class FinExport { Termine, Arrete };
 
-// Writes the file at `chemin` (written over). A failing write is an ErreurES
-// and leaves the partial file; a stop leaves the file written so far.
+// Writes the file at `chemin`, replaced only once whole: a failing write (an
+// ErreurES) or a stop leaves the old file as it was. The open base itself
+// is refused as output.
 FinExport ExporteGedcom(Base& b, SystemeFichiers& fs, const std::string& chemin,
                         const OptionsExport& options);
 
@@ -59,11 +60,12 @@ struct MorceauGedcom {
 };
 
 // The cut of one line of text (already in the file's set). A line under 61
-// characters stays whole. A longer one is cut once at the last blank of its
-// first 60 characters (the blank is dropped), or, with no blank there,
-// after 60 characters. The rest goes out as CONC pieces of 60 characters,
-// cut with no regard for blanks, while 60 or more are left, and what is
-// left at the end, even nothing, as a last CONC.
+// characters stays whole. A longer one is cut once behind the last blank of
+// its first 60 characters (the blank ends the piece); then, if what is left
+// has 61 characters or more and no blank in its first 60, its first 60 go
+// under the same tag as the piece before. The rest goes out as CONC pieces
+// of 60 characters, cut with no regard for blanks, while 60 or more are
+// left, and what is left at the end, even nothing, as a last CONC.
 // `utf8`: never cut inside a character.
 std::vector<MorceauGedcom> DecoupeLigneGedcom(std::string_view ligne, bool utf8 = false);
 

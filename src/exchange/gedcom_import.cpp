@@ -267,7 +267,9 @@ class Importeur {
                 }
             } else if (tag == "SEX" && !aSexe) {
                 aSexe = true;
-                sexe = Valeur(s) == "M" ? 'H' : 'F';
+                // "U", "X" or nothing: the sex is not known.
+                const std::string v = Trim(Valeur(s));
+                sexe = v == "M" ? 'H' : v == "F" ? 'F' : 'I';
             } else if ((tag == "BIRT" && !aNaiss) || (tag == "DEAT" && !aDeces)) {
                 const bool b = tag == "BIRT";
                 (b ? aNaiss : aDeces) = true;
@@ -534,7 +536,19 @@ class Importeur {
                 b_.MajEnfants(femme, c, 'A');
             }
         }
-        if (m == 0) return;
+        if (m == 0) {
+            // One parent: no marriage to hold the family's events, which
+            // stay as lines of that parent's note.
+            if (const std::uint32_t parent = mari ? mari : femme) {
+                for (std::size_t s : g_.sousLignes(i)) {
+                    const std::string_view tag = Tag(s);
+                    if (tag == "HUSB" || tag == "WIFE" || tag == "CHIL" || Parmi(kIgnores, tag)) continue;
+                    EnNote(note, s, 0, true);
+                }
+                AjouteANote(parent, note);
+            }
+            return;
+        }
         std::string date, lieu;
         DateTenue d;
         std::array<Rubrique, 10> rubriques{};
@@ -601,6 +615,19 @@ class Importeur {
             b_.AjoutLot(mari, texte);
             b_.AjoutLot(femme, texte);
         }
+    }
+
+    // Lines added to the free text of a person made in pass 1.
+    void AjouteANote(std::uint32_t n, const std::string& lignes) {
+        if (lignes.empty()) return;
+        const std::string avant = b_.LitNote(n);
+        std::string apres = avant;
+        apres += avant.find(kCrLf) == std::string::npos ? std::string(kCrLf) + std::string(kCrLf)
+                                                        : std::string(kCrLf);
+        apres += lignes;
+        b_.EcritNote(n, apres);
+        b_.RetireLot(n, avant);
+        b_.AjoutLot(n, apres);
     }
 
     // A family that makes a person his own ancestor: the parent link that

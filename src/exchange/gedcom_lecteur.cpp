@@ -170,6 +170,9 @@ struct Decoupe {
     enum Etat { Blanche, SansNiveau, SansTag, Complete } etat = Blanche;
     std::uint32_t niveau = 0; // capped at 1000
     std::string_view pointeur, tag, valeur;
+    // The value as written: behind the one blank that follows the tag, with
+    // its blanks. Those of a CONT or CONC line are text.
+    std::string_view brute;
 };
 
 Decoupe decoupe(std::string_view l) {
@@ -207,6 +210,7 @@ Decoupe decoupe(std::string_view l) {
     }
     if (m.empty()) return d;
     d.tag = m;
+    d.brute = l.substr(i < l.size() && estBlanc(l[i]) ? i + 1 : i);
     d.valeur = rogne(l.substr(i));
     d.etat = Decoupe::Complete;
     return d;
@@ -319,6 +323,7 @@ class LecteurGedcom {
             }
             ligne(l);
         }
+        relache();
         while (haut_ >= 0)
             ferme();
         termine();
@@ -329,10 +334,51 @@ class LecteurGedcom {
         std::uint32_t index = 0;    // in lignes_
         std::uint32_t niveauLu = 0; // as written in the file
         std::string valeur;
+        std::size_t segment = 0; // bytes of the file in its last line of text, before any CONC
+        bool conc = false;       // that line of text has a CONC
     };
+    // A piece of the program's own cut that stands under the tag of the
+    // piece before it: joined to that piece, it stays joined only if a CONC
+    // follows, as it always does in the program's files.
+    struct Attente {
+        bool active = false;
+        int k = 0;                 // the line on the stack it was joined to
+        std::size_t position = 0;  // where its text starts in that value
+        std::string ligne;         // the line, read again when no CONC follows
+    };
+
+    // Whether a CONT or a repeated tag with this value is the piece the
+    // program's writer puts under the tag of the piece before, after a cut
+    // at a blank that it keeps: 60 bytes with no blank (a few less in
+    // UTF-8, never cut inside a character), behind a piece that ends with
+    // the blank and has no CONC.
+    bool pieceDeCoupe(const Ouverte& o, std::string_view brute) const {
+        if (!dialecte_ || reprise_ || o.conc || o.valeur.empty() || o.valeur.back() != ' ')
+            return false;
+        const bool utf8 = enc_ == Encodage::Utf8 || enc_ == Encodage::Utf16LE || enc_ == Encodage::Utf16BE;
+        if (brute.size() > 60 || brute.size() < (utf8 ? 57u : 60u)) return false;
+        return std::none_of(brute.begin(), brute.end(), estBlanc);
+    }
+    void differe(int k, std::string_view brute, std::string_view ligne) {
+        attente_ = {true, k, pile_[k].valeur.size(), std::string(ligne)};
+        convertit(brute, pile_[k].valeur);
+        pile_[k].segment = brute.size();
+        pile_[k].conc = false;
+    }
+    // The piece held back had no CONC behind it: it is a line of its own.
+    void relache() {
+        if (!attente_.active) return;
+        attente_.active = false;
+        pile_[attente_.k].valeur.resize(attente_.position);
+        const std::string l = std::move(attente_.ligne);
+        reprise_ = true;
+        ligne(l);
+        reprise_ = false;
+    }
 
     void ligne(std::string_view brute) {
         const Decoupe d = decoupe(brute);
+        if (d.etat == Decoupe::SansNiveau || d.etat == Decoupe::SansTag) relache();
         switch (d.etat) {
         case Decoupe::Blanche:
             return;
@@ -358,16 +404,34 @@ class LecteurGedcom {
             int k = haut_;
             while (k >= 0 && pile_[k].niveauLu >= d.niveau)
                 --k;
+            if (attente_.active && (d.tag != "CONC" || k != attente_.k)) relache();
+            attente_.active = false;
             if (k < 0 || (!enorme && pile_[k].niveauLu + 1 < d.niveau)) {
                 signale(Anomalie::NiveauIncorrect, brute.substr(0, 60));
                 if (k < 0) k = haut_;
                 if (k < 0) return;
             }
-            std::string& v = pile_[k].valeur;
-            v += d.tag == "CONT" ? "\r\n" : " ";
-            convertit(d.valeur, v);
+            Ouverte& o = pile_[k];
+            if (d.tag == "CONT") {
+                if (pieceDeCoupe(o, d.brute)) return differe(k, d.brute, brute);
+                o.valeur += "\r\n";
+                o.segment = d.brute.size();
+                o.conc = false;
+            } else {
+                // GEDCOM joins CONC with nothing between. The program's
+                // files written before the blank of a cut was kept dropped
+                // it after a piece of less than 60 bytes: it comes back.
+                const bool utf8 = enc_ == Encodage::Utf8 || enc_ == Encodage::Utf16LE ||
+                                  enc_ == Encodage::Utf16BE;
+                if (dialecte_ && !utf8 && !o.conc && o.segment < 60 && !o.valeur.empty() &&
+                    !estBlanc(o.valeur.back()) && d.brute.size() > 0 && !estBlanc(d.brute.front()))
+                    o.valeur += ' ';
+                o.conc = true;
+            }
+            convertit(d.brute, o.valeur);
             return;
         }
+        if (attente_.active) relache();
 
         std::uint32_t niveau = d.niveau;
         const std::uint32_t limite = haut_ < 0 ? 0 : pile_[haut_].niveauLu + 1;
@@ -375,6 +439,10 @@ class LecteurGedcom {
             if (!enorme) signale(Anomalie::NiveauIncorrect, brute.substr(0, 60));
             niveau = limite;
         }
+        if (haut_ >= 0 && d.pointeur.empty() && pile_[haut_].niveauLu == niveau &&
+            pile_[haut_].index + 1 == g_.lignes_.size() &&
+            g_.tags_[g_.lignes_[pile_[haut_].index].tag] == d.tag && pieceDeCoupe(pile_[haut_], d.brute))
+            return differe(haut_, d.brute, brute);
         while (haut_ >= 0 && pile_[haut_].niveauLu >= niveau)
             ferme();
         if (haut_ == 5) ferme();
@@ -397,18 +465,30 @@ class LecteurGedcom {
             else
                 signale(Anomalie::PointeurDouble, d.pointeur);
         }
+        o.conc = false;
         if (estPointeur(d.valeur)) {
             l.lien = pointeur(d.valeur.substr(1, d.valeur.size() - 2), true);
             o.valeur = d.valeur;
         } else {
-            convertit(d.valeur, o.valeur);
+            // Blanks at the end stay until the line closes: a CONC may
+            // follow them.
+            std::string_view v = d.brute;
+            while (!v.empty() && estBlanc(v.front()))
+                v.remove_prefix(1);
+            o.segment = v.size();
+            convertit(v, o.valeur);
         }
+        if (niveau == 1 && d.tag == "SOUR" && haut_ == 1 && d.valeur == "SYLVANE" &&
+            g_.tags_[g_.lignes_[pile_[0].index].tag] == "HEAD")
+            dialecte_ = true;
         if (l.niveau == 0) g_.enregistrements_.push_back(index);
         g_.lignes_.push_back(l);
     }
 
     void ferme() {
         Ouverte& o = pile_[haut_--];
+        while (!o.valeur.empty() && estBlanc(o.valeur.back()))
+            o.valeur.pop_back();
         LigneGedcom& l = g_.lignes_[o.index];
         const std::size_t place = std::numeric_limits<std::uint32_t>::max() - g_.texte_.size();
         if (o.valeur.size() > place) o.valeur.resize(place);
@@ -564,6 +644,9 @@ class LecteurGedcom {
     const Encodage enc_;
     Ouverte pile_[6];
     int haut_ = -1;
+    Attente attente_;
+    bool dialecte_ = false; // a file of this program: "1 SOUR SYLVANE" in its HEAD
+    bool reprise_ = false;  // a held-back piece read again as a line of its own
     std::vector<bool> inconnus_; // by tag number - 1
 };
 

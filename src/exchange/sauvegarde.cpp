@@ -23,15 +23,11 @@ bool Restauration(Base& b, SystemeFichiers& fs, const std::string& sav, const Di
     const std::string& cible = chemins.base;
     if (fs.existe(cible) && !d.Demande(kVeutRemplacer)) return false;
     b.FermeBase();
-    // The old base's journal would be replayed onto the copy: it goes
-    // before the copy takes the name, and the old base stays whole until
-    // the copy is complete.
-    const std::string temporaire = cible + ".tmp";
+    // The copy is made whole beside the base, then takes its name; the old
+    // base stays whole until then, and its journal never falls on the copy.
+    const std::string temporaire = CheminTemporaire(cible);
     CopieFichier(fs, sav, temporaire);
-    fs.supprimer(chemins.journal);
-    fs.synchroniserDossier(chemins.journal);
-    fs.renommer(temporaire, cible);
-    fs.synchroniserDossier(cible);
+    RemplaceBase(fs, temporaire, chemins);
     b.Ouvre(cible);
     return true;
 }

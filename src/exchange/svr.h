@@ -34,7 +34,8 @@ inline constexpr std::uint32_t kNumeroMaxSvr = 10'000'000;
 
 // Writes the persons that `sel` exports, their marriages, documents and
 // events, the rubrics and the presentation settings of `p` into `chemin`.
-// Returns false when stopped through the dialogue: the partial file stays.
+// Returns false when stopped through the dialogue. The file is replaced
+// only once whole: a stop or an error leaves the old one as it was.
 // Throws ErreurES when the file cannot be written.
 bool ExporteSvr(Base& b, const Selection& sel, const Parametres& p, SystemeFichiers& fs,
                 const std::string& chemin, const DialogueEchange& d = {});

@@ -290,10 +290,16 @@ class Ecrivain {
 
 bool ExporteSvr(Base& b, const Selection& sel, const Parametres& p, SystemeFichiers& fs,
                 const std::string& chemin, const DialogueEchange& d) {
-    svr::Sortie s(fs.ouvrir(chemin, Mode::Ecrasement));
-    Ecrivain e(b, sel, p, s, d);
-    const bool fini = e.Ecrit();
-    s.Vide();
+    // Written beside, and in place only when whole.
+    auto sortie = SortieExport(b, chemin);
+    bool fini;
+    {
+        svr::Sortie s(fs.ouvrir(sortie->Temporaire(), Mode::LectureEcriture));
+        Ecrivain e(b, sel, p, s, d);
+        fini = e.Ecrit();
+        s.Vide();
+    }
+    if (fini) sortie->Valide();
     return fini;
 }
 

@@ -155,10 +155,7 @@ void Controle::Personnes() {
 } // namespace
 
 std::string CheminRapportControle(const Base& b) {
-    std::string dossier = b.Params().dossierTravail;
-    if (dossier.empty()) dossier = DossierDe(b.Chemins().base);
-    else if (dossier.back() != '/' && dossier.back() != '\\') dossier += '/';
-    return dossier + b.Chemins().titre + ".txt";
+    return b.Params().DossierTravail() + b.Chemins().titre + ".txt";
 }
 
 ResultatControle Controler(Base& b, const Interaction& io) {
@@ -182,9 +179,11 @@ ResultatControle Controler(Base& b, const Interaction& io) {
     c.Mariages();
     c.Personnes();
     res.rapport = c.Rapport();
-    auto f = fs.ouvrir(res.chemin, Mode::Ecrasement);
-    f->ecrire(0, res.rapport);
-    f.reset();
+    // An earlier report is replaced whole.
+    fs.creerDossier(b.Params().DossierTravail());
+    EcritureAtomique f(fs, res.chemin);
+    f.Sortie().ecrire(0, res.rapport);
+    f.Valide();
     res.fait = true;
     return res;
 }

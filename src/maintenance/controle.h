@@ -15,8 +15,8 @@ struct ResultatControle {
     std::string chemin;   // the report file
 };
 
-// The report file: the base title and ".txt" in the work folder, beside the
-// base when no work folder is set.
+// The report file: the base title and ".txt" in the work folder (see
+// Parametres::DossierTravail), never beside the base.
 std::string CheminRapportControle(const Base& b);
 
 // Asks message 842 (Yes: a ".sav" copy first, No: no copy, Cancel: nothing),

@@ -25,7 +25,7 @@ struct Arret {};
 class Ecrivain {
   public:
     Ecrivain(SystemeFichiers& fs, const std::string& chemin)
-        : fichier_(fs.ouvrir(chemin, Mode::Ecrasement)), chemin_(chemin) {}
+        : fichier_(fs.ouvrir(chemin, Mode::LectureEcriture)), chemin_(chemin) {}
 
     // The next free position (1-based): ZoneFin + 1 of the new file.
     std::uint32_t Fin() const { return fin_; }
@@ -488,6 +488,22 @@ void Reorganisation::Recopie(Ecrivain& w) {
     w.Pose(1, OctetsEntete(e, places_));
 }
 
+// The scratch file, made for this run alone and held locked until it is the
+// base: two reorganisations in one folder writing one file would swap
+// their bases. The leftover of a run that died (unlocked) is removed.
+std::unique_ptr<Fichier> CreeScratch(SystemeFichiers& fs, const std::string& chemin) {
+    if (fs.existe(chemin)) {
+        auto ancien = fs.ouvrir(chemin, Mode::LectureEcriture);
+        if (!ancien->verrouiller())
+            throw ErreurES(chemin, "une autre r\xE9organisation est en cours dans ce dossier");
+        fs.supprimer(chemin);
+    }
+    auto f = fs.ouvrir(chemin, Mode::Exclusive);
+    if (!f->verrouiller())
+        throw ErreurES(chemin, "une autre r\xE9organisation est en cours dans ce dossier");
+    return f;
+}
+
 } // namespace
 
 void RenumeroteListeFusion(SystemeFichiers& fs, const std::string& cheminBase,
@@ -537,12 +553,13 @@ ResultatReorganisation Reorganiser(Base& b, const Interaction& io) {
     if (reponse == Reponse::Annuler) return res;
     SystemeFichiers& fs = b.Systeme();
     const std::string chemin = b.Chemins().base;
-    const std::string journal = b.Chemins().journal;
     const std::string scratch = DossierDe(chemin) + kFichierReorg;
+    std::unique_ptr<Fichier> verrou; // ours while it is held
     try {
         b.FermeBase();
         if (reponse == Reponse::Oui) CopieFichier(fs, chemin, CheminSauvegarde(chemin));
         b.Ouvre(chemin);
+        verrou = CreeScratch(fs, scratch);
         Reorganisation r(b, io, res.numeros);
         r.Numerote();
         Ecrivain w(fs, scratch);
@@ -551,14 +568,14 @@ ResultatReorganisation Reorganiser(Base& b, const Interaction& io) {
         io.Montre(Message(545), "R\xE9organisation termin\xE9" "e");
         // Nothing was changed through the old base: close it as it is.
         b.Abandonne();
-        fs.supprimer(journal);
-        fs.renommer(scratch, chemin);
-        fs.synchroniserDossier(chemin);
+        RemplaceBase(fs, scratch, DeriveChemins(chemin));
+        verrou.reset();
     } catch (...) {
         // The old base is still the one on disk.
         b.Abandonne();
         try {
-            fs.supprimer(scratch);
+            if (verrou) fs.supprimer(scratch);
+            verrou.reset();
         } catch (const ErreurES&) {
         }
         try {

@@ -39,9 +39,56 @@ struct CheminsBase {
     std::string titre;   // file name without folder and extension
 };
 
-// Everything before the first "." of the whole path is kept, so a folder
-// whose name holds a dot cuts the path there (as the program always did).
+// The folders are kept as given; of the file name, what stands before its
+// first "." (so "famille.old.sv2" is the base "famille.sv2").
 CheminsBase DeriveChemins(const std::string& chemin);
+
+// A base that another process holds open for writing.
+class ErreurBaseOccupee : public ErreurES {
+  public:
+    explicit ErreurBaseOccupee(const std::string& chemin)
+        : ErreurES(chemin, "la base est ouverte en \xC3\xA9" "criture par un autre programme ; "
+                           "fermez-la d'abord") {}
+};
+
+// Replays the journal left beside a base file by a crash (the copies of
+// the last commit's bytes go back in place), syncs the file, and deletes
+// the journal durably. The caller holds the base's lock.
+void RejoueJournal(SystemeFichiers& fs, Fichier& base, const std::string& journal);
+
+// Puts the committed, closed base file `nouvelle` in place of the base
+// `cible` in one rename, then syncs the folder. The old base, when there
+// is one, is locked first (ErreurBaseOccupee when another process has it
+// open) and brought back to its last commit, so that its journal never
+// falls on the new file. Before the rename the old base is whole.
+void RemplaceBase(SystemeFichiers& fs, const std::string& nouvelle, const CheminsBase& cible);
+
+class Base;
+// The writing of an export over `chemin`, whole or not at all (see
+// EcritureAtomique). An output that is the open base itself or its journal
+// is refused (ErreurES) before anything is written.
+std::unique_ptr<EcritureAtomique> SortieExport(Base& b, const std::string& chemin);
+
+// A new base built whole before it takes the place of the base of a path:
+// the base is made under the temporary name beside it, and `Valide`
+// commits, closes and renames it over the target. Destroyed before that
+// (an error, a stop, a missing source), the temporary base and its
+// journal go and the target is as it was.
+class RemplacementBase {
+  public:
+    RemplacementBase(Base& b, const std::string& chemin);
+    ~RemplacementBase();
+    RemplacementBase(const RemplacementBase&) = delete;
+    RemplacementBase& operator=(const RemplacementBase&) = delete;
+    const CheminsBase& Cible() const { return cible_; }
+    // Commits and closes the base, then puts it in place.
+    void Valide();
+
+  private:
+    Base& b_;
+    CheminsBase cible_, temporaire_;
+    bool fini_ = false;
+};
 
 // The comparable form of a year: each blank "0", a "-" moved to the front.
 std::string CleAnnee(const std::string& an);
@@ -125,7 +172,12 @@ class Base {
     void Nouvelle(const std::string& chemin);
     // Opens an existing base: replays a journal left by a crash, reads the
     // header, the tables and the sort tables. Throws ErreurES.
-    void Ouvre(const std::string& chemin);
+    // A base open for writing is locked against other writers
+    // (ErreurBaseOccupee). `lectureSeule`: no lock is held and nothing can
+    // be committed; a crash's journal is replayed only when no writer has
+    // the base, and a writer's is left alone.
+    void Ouvre(const std::string& chemin, bool lectureSeule = false);
+    bool LectureSeule() const { return lectureSeule_; }
     // Commit: runs only when something was modified.
     void ValideBase();
     // Commit and close.
@@ -461,6 +513,9 @@ class Base {
     void Ferme();
     void LitTables();
     void LitTablesTri();
+    // Counts of the header checked against the sort tables; true when one
+    // was impossible (and has been set from the tables).
+    bool VerifieComptes();
     void EcritTriFiche();
     void EcritTriDoc();
     void EcritTriEvt();
@@ -576,6 +631,7 @@ class Base {
     std::string rubriqueTexte_;
     std::uint32_t rubriqueListe_ = 0;
     bool marqueModif_ = false;
+    bool lectureSeule_ = false;
     int minutes_ = 0;
 
     TableTri triPersonnes_, triDocuments_, triEvenements_;

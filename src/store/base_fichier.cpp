@@ -31,7 +31,8 @@ void Pose4(std::string& s, std::uint32_t pos1, std::uint32_t v) {
 
 CheminsBase DeriveChemins(const std::string& chemin) {
     CheminsBase c;
-    auto point = chemin.find('.');
+    const auto dossier = chemin.find_last_of("/\\");
+    const auto point = chemin.find('.', dossier == std::string::npos ? 0 : dossier + 1);
     std::string souche = point == std::string::npos ? chemin : chemin.substr(0, point);
     c.base = souche + ".sv2";
     c.svr = souche + ".svr";
@@ -430,8 +431,8 @@ void Base::RazJournal() {
     fs_.synchroniserDossier(chemins_.journal);
 }
 
-void Base::RejoueJournal() {
-    std::string j = lireTout(fs_, chemins_.journal);
+void RejoueJournal(SystemeFichiers& fs, Fichier& base, const std::string& journal) {
+    std::string j = lireTout(fs, journal);
     const std::size_t r = kTailleJournal + 4;
     const std::size_t nb = j.size() / r; // a short final record is skipped
     // Newest record first, so that the oldest copy of a byte, which is the
@@ -439,11 +440,57 @@ void Base::RejoueJournal() {
     for (std::size_t i = nb; i-- > 0;) {
         std::uint32_t pos = Unpack4(j, i * r);
         if (pos == 0) continue; // a record that never reached the disk
-        fichier_->ecrire(pos - 1, std::string_view(j).substr(i * r + 4, kTailleJournal));
+        base.ecrire(pos - 1, std::string_view(j).substr(i * r + 4, kTailleJournal));
     }
-    fichier_->synchroniser();
-    fs_.supprimer(chemins_.journal);
-    fs_.synchroniserDossier(chemins_.journal);
+    base.synchroniser();
+    fs.supprimer(journal);
+    fs.synchroniserDossier(journal);
+}
+
+void Base::RejoueJournal() { sylvane::RejoueJournal(fs_, *fichier_, chemins_.journal); }
+
+void RemplaceBase(SystemeFichiers& fs, const std::string& nouvelle, const CheminsBase& cible) {
+    std::unique_ptr<Fichier> ancienne;
+    if (fs.existe(cible.base)) {
+        ancienne = fs.ouvrir(cible.base, Mode::LectureEcriture);
+        if (!ancienne->verrouiller()) throw ErreurBaseOccupee(cible.base);
+        if (fs.existe(cible.journal)) RejoueJournal(fs, *ancienne, cible.journal);
+    } else if (fs.existe(cible.journal)) {
+        fs.supprimer(cible.journal); // a journal without its base
+        fs.synchroniserDossier(cible.journal);
+    }
+    fs.renommer(nouvelle, cible.base);
+    fs.synchroniserDossier(cible.base);
+}
+
+std::unique_ptr<EcritureAtomique> SortieExport(Base& b, const std::string& chemin) {
+    SystemeFichiers& fs = b.Systeme();
+    if (b.EstOuverte() && (chemin == b.Chemins().base || chemin == b.Chemins().journal ||
+                           fs.memeFichier(chemin, b.Chemins().base)))
+        throw ErreurES(chemin, "c'est la base ouverte : choisissez un autre fichier");
+    return std::make_unique<EcritureAtomique>(fs, chemin);
+}
+
+RemplacementBase::RemplacementBase(Base& b, const std::string& chemin)
+    : b_(b), cible_(DeriveChemins(chemin)),
+      temporaire_(DeriveChemins(CheminTemporaire(cible_.base))) {
+    b_.Nouvelle(temporaire_.base);
+}
+
+RemplacementBase::~RemplacementBase() {
+    if (fini_) return;
+    b_.Abandonne();
+    try {
+        b_.Systeme().supprimer(temporaire_.journal);
+        b_.Systeme().supprimer(temporaire_.base);
+    } catch (const ErreurES&) { // left for the next import to reuse
+    }
+}
+
+void RemplacementBase::Valide() {
+    b_.FermeBase();
+    RemplaceBase(b_.Systeme(), temporaire_.base, cible_);
+    fini_ = true;
 }
 
 void Base::InitBase() {
@@ -508,6 +555,102 @@ void Base::LitTablesTri() {
         std::min<std::size_t>(entete_.nbEvenements, triEvenements_.taille()));
 }
 
+bool Base::VerifieComptes() {
+    // One changed count must not make the control and the reorganisation
+    // drop what the tables hold: a live count short of its sort table, or
+    // a highest number below a number in it, is set from the table.
+    const std::uint64_t taille = fichier_->taille();
+    struct Compte {
+        Table tri, fiches;
+        TableTri* table;
+        std::uint32_t* nombre;
+        std::uint32_t* max;
+    };
+    const Compte comptes[3] = {
+        {Table::TriPersonnes, Table::Personnes, &triPersonnes_, &entete_.nbPersonnes,
+         &entete_.maxPersonne},
+        {Table::TriDocuments, Table::Documents, &triDocuments_, &entete_.nbDocuments,
+         &entete_.maxDocument},
+        {Table::TriEvenements, Table::Evenements, &triEvenements_, &entete_.nbEvenements,
+         &entete_.maxEvenement}};
+    auto bloc = [&](std::uint32_t p) { return p > kTailleEntete && p + 3999 <= taille; };
+    bool incident = false;
+    for (const Compte& c : comptes) {
+        auto& tb = tables_[static_cast<int>(c.tri)];
+        std::vector<std::uint32_t> blocs = tb.positions;
+        std::uint32_t place = tb.place;
+        if (blocs.empty()) { // a count of 0: the header may still name a table
+            place = Unpack4(Lire(kFormes[static_cast<int>(c.tri)].offsetEntete, 4));
+            if (place > kTailleEntete && place + 3 <= taille) blocs.push_back(Unpack4(Lire(place, 4)));
+        }
+        // A sound table is blank (or zero) behind its last entry, in its block.
+        const std::size_t nb = *c.nombre, k = nb / 1000;
+        if (k < blocs.size() && bloc(blocs[k]) && c.table->taille() == nb) {
+            const std::string o = Lire(blocs[k] + std::uint32_t(nb % 1000) * 4,
+                                       4000 - (nb % 1000) * 4);
+            std::size_t fin = 0;
+            while (fin + 4 <= o.size()) {
+                const std::uint32_t v = Unpack4(o, fin);
+                if (v == 0 || v == 0x20202020u) break;
+                fin += 4;
+            }
+            if (fin) {
+                c.table->charger(c.table->octets() + o.substr(0, fin));
+                *c.nombre = static_cast<std::uint32_t>(c.table->taille());
+                if (tb.positions.empty()) {
+                    tb.positions = blocs;
+                    tb.place = place;
+                }
+                incident = true;
+            }
+        }
+        // The highest number covers every live record the table names.
+        std::vector<std::uint32_t> au_dela;
+        for (std::size_t i = 1; i <= c.table->taille(); ++i)
+            if (c.table->at(i) > *c.max) au_dela.push_back(c.table->at(i));
+        if (au_dela.empty()) continue;
+        std::sort(au_dela.begin(), au_dela.end());
+        const std::uint32_t plus = au_dela.back();
+        auto& fiches = tables_[static_cast<int>(c.fiches)];
+        const std::uint32_t parBloc = kFormes[static_cast<int>(c.fiches)].diviseur;
+        const std::uint32_t placeFiches =
+            fiches.place ? fiches.place
+                         : Unpack4(Lire(kFormes[static_cast<int>(c.fiches)].offsetEntete, 4));
+        const std::uint64_t voulus = (plus - 1) / parBloc + 1;
+        if (fiches.positions.size() < voulus && placeFiches > kTailleEntete &&
+            placeFiches + voulus * 4 - 1 <= taille) {
+            const std::string o = Lire(placeFiches, static_cast<std::size_t>(voulus * 4));
+            for (std::size_t i = fiches.positions.size(); i < voulus; ++i) {
+                const std::uint32_t p = Unpack4(o, i * 4);
+                if (p <= kTailleEntete || p > taille) break;
+                fiches.positions.push_back(p);
+                fiches.place = placeFiches;
+            }
+        }
+        const std::uint64_t portee = std::uint64_t(fiches.positions.size()) * parBloc;
+        const std::uint32_t ancien = *c.max;
+        auto vivant = [&](std::uint32_t n) {
+            if (c.fiches == Table::Documents) return PosDoc(n) != 0;
+            if (c.fiches == Table::Evenements) return PosEvt(n) != 0;
+            const std::string sexe = LitSexe(n);
+            return !sexe.empty() && sexe != " ";
+        };
+        // The largest live one (a few tries: numbers of no record are the
+        // control's to drop).
+        for (std::size_t i = au_dela.size(), essais = 0; i-- > 0 && essais < 100; ++essais) {
+            if (au_dela[i] > portee) continue;
+            *c.max = au_dela[i];
+            if (vivant(au_dela[i])) break;
+            *c.max = ancien;
+        }
+        incident = incident || *c.max != ancien;
+    }
+    if (incident)
+        Signale("Incident sur l'en-t\xEAte de la base " + chemins_.titre +
+                " - R\xE9organisez votre base");
+    return incident;
+}
+
 void Base::EcritUneTableTri(Table t, TableTri& table, std::uint32_t nombre) {
     auto& tb = tables_[static_cast<int>(t)];
     std::string o = table.octets();
@@ -561,9 +704,16 @@ void Base::Ferme() {
 void Base::Nouvelle(const std::string& chemin) {
     if (EstOuverte()) FermeBase();
     chemins_ = DeriveChemins(chemin);
+    lectureSeule_ = false;
+    // Emptied only once locked: the file may be another process's base.
+    fichier_ = fs_.ouvrir(chemins_.base, Mode::Creation);
+    if (!fichier_->verrouiller()) {
+        fichier_.reset();
+        throw ErreurBaseOccupee(chemins_.base);
+    }
     // A journal left beside an older file of this name belongs to it.
     fs_.supprimer(chemins_.journal);
-    fichier_ = fs_.ouvrir(chemins_.base, Mode::Ecrasement);
+    fichier_->tronquer(0);
     RazFiches();
     RazMariages();
     RazStores();
@@ -572,12 +722,32 @@ void Base::Nouvelle(const std::string& chemin) {
     minutes_ = 0;
 }
 
-void Base::Ouvre(const std::string& chemin) {
+void Base::Ouvre(const std::string& chemin, bool lectureSeule) {
     if (EstOuverte()) FermeBase();
     chemins_ = DeriveChemins(chemin);
-    fichier_ = fs_.ouvrir(chemins_.base, Mode::LectureEcriture);
+    lectureSeule_ = lectureSeule;
+    fichier_ = fs_.ouvrir(chemins_.base, lectureSeule ? Mode::Lecture : Mode::LectureEcriture);
+    if (!lectureSeule && !fichier_->verrouiller()) {
+        fichier_.reset();
+        throw ErreurBaseOccupee(chemins_.base);
+    }
     try {
-        if (fs_.existe(chemins_.journal)) RejoueJournal();
+        if (fs_.existe(chemins_.journal)) {
+            if (!lectureSeule) {
+                RejoueJournal();
+            } else {
+                // A crash's journal is replayed under the lock; a writer at
+                // work keeps its own (the reader sees its last commit but
+                // for the blocks being rewritten).
+                std::unique_ptr<Fichier> ecriture;
+                try {
+                    ecriture = fs_.ouvrir(chemins_.base, Mode::LectureEcriture);
+                } catch (const ErreurES&) { // a read-only medium: read as it is
+                }
+                if (ecriture && ecriture->verrouiller())
+                    sylvane::RejoueJournal(fs_, *ecriture, chemins_.journal);
+            }
+        }
         RazFiches();
         RazMariages();
         RazStores();
@@ -585,8 +755,9 @@ void Base::Ouvre(const std::string& chemin) {
         LitEntete();
         triPersonnesModifie = triDocumentsModifie = triEvenementsModifie = false;
         LitTablesTri();
+        VerifieComptes();
         OublieCles();
-        RazJournal();
+        if (!lectureSeule) RazJournal();
         // Find each sheet slot's tag by its symbol in the rubric table.
         for (auto* slots : {&entete_.rubriquesPersonne, &entete_.rubriquesMariage}) {
             for (auto& s : *slots) {
@@ -611,6 +782,7 @@ void Base::Ouvre(const std::string& chemin) {
 
 void Base::ValideBase() {
     if (!EstOuverte() || !Modifiee()) return;
+    if (lectureSeule_) throw ErreurES(chemins_.base, "base ouverte en lecture seule");
     try {
         entete_.banniere = kBanniere;
         // Copy every block that will be overwritten first, with one sync,

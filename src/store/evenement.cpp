@@ -304,12 +304,7 @@ std::uint32_t Base::CreeEvtPersonne(std::uint32_t n, long date, std::string_view
     const GenreEvt* genre = temoins_.Genre(tag);
     if (!genre || n == 0) return e;
     const std::string sexe = LitSexe(n);
-    const char s = sexe.empty() ? ' ' : sexe[0];
-    for (const std::string& cellule : genre->roles) {
-        if (cellule.empty()) break;
-        if (cellule.size() < 3 || cellule[0] != 'M' || (cellule[1] != s && cellule[1] != ' '))
-            continue;
-        const std::string role = cellule.substr(2);
+    for (const std::string& role : genre->RolesPrincipaux(sexe.empty() ? ' ' : sexe[0])) {
         RoleEvt(e, n, role);
         if (role == "CHIL") {
             RoleEvt(e, LitPere(n), "FATH");

@@ -37,6 +37,10 @@ class Fichier {
     virtual std::uint64_t taille() = 0;
     virtual void synchroniser() = 0;
     virtual void tronquer(std::uint64_t taille) = 0;
+    // Takes the exclusive lock of the file for as long as it stays open
+    // (flock: advisory, between the processes of the program). False when
+    // another open file holds it.
+    virtual bool verrouiller() = 0;
 };
 
 enum class Mode {
@@ -44,6 +48,7 @@ enum class Mode {
     LectureEcriture, // read and write; the file must exist
     Creation,       // read and write; created when missing, kept otherwise
     Ecrasement,     // read and write; created or emptied
+    Exclusive,      // read and write; created, and refused when it exists
 };
 
 class SystemeFichiers {
@@ -62,6 +67,8 @@ class SystemeFichiers {
     virtual void creerDossier(const std::string& chemin) = 0;
     // Names of the files (not folders) of a folder; none when it can't be read.
     virtual std::vector<std::string> lister(const std::string& dossier) = 0;
+    // Whether two paths name one existing file (links and "./" included).
+    virtual bool memeFichier(const std::string& a, const std::string& b) = 0;
 };
 
 // The process's real file system. Paths are Windows-1252 like all text of
@@ -75,5 +82,37 @@ void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view
 // Copies a file through a temporary beside the target, synced, then an
 // atomic rename: the target is the old file or the whole copy, never a part.
 void CopieFichier(SystemeFichiers& fs, const std::string& de, const std::string& vers);
+
+// The temporary that stands beside `cible` while it is written: the same
+// folder (a rename never crosses file systems), "~" before the name.
+std::string CheminTemporaire(const std::string& cible);
+
+// A file written whole or not at all. Everything goes to the temporary
+// beside the target, which this object holds locked, so that two writers
+// of one target can't mix their bytes. `Valide` syncs the temporary,
+// renames it over the target and syncs the folder; destroyed before that
+// (an error, a stop), it removes the temporary and the target is as it
+// was. A kill leaves at most the temporary, which the next writer reuses.
+class EcritureAtomique {
+  public:
+    EcritureAtomique(SystemeFichiers& fs, std::string cible);
+    ~EcritureAtomique();
+    EcritureAtomique(const EcritureAtomique&) = delete;
+    EcritureAtomique& operator=(const EcritureAtomique&) = delete;
+
+    const std::string& Cible() const { return cible_; }
+    const std::string& Temporaire() const { return temporaire_; }
+    // The temporary, open for writing (emptied at the start).
+    Fichier& Sortie() { return *fichier_; }
+    void Valide();
+    // Gives the work up now: the temporary goes.
+    void Abandonne();
+
+  private:
+    SystemeFichiers& fs_;
+    std::string cible_, temporaire_;
+    std::unique_ptr<Fichier> fichier_;
+    bool fini_ = false;
+};
 
 } // namespace sylvane

@@ -8,6 +8,15 @@ class FichierMemoire final : public Fichier {
     FichierMemoire(SystemeMemoire& fs, std::shared_ptr<SystemeMemoire::Contenu> c,
                    std::string chemin, bool lectureSeule)
         : fs_(fs), c_(std::move(c)), chemin_(std::move(chemin)), lectureSeule_(lectureSeule) {}
+    ~FichierMemoire() override {
+        if (c_->verrou == this) c_->verrou = nullptr;
+    }
+
+    bool verrouiller() override {
+        if (c_->verrou && c_->verrou != this) return false;
+        c_->verrou = this;
+        return true;
+    }
 
     std::string lire(std::uint64_t offset, std::size_t n) override {
         if (offset >= c_->courant.size()) return {};
@@ -72,6 +81,10 @@ std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode 
     if (it == fichiers_.end()) {
         if (mode == Mode::Lecture || mode == Mode::LectureEcriture)
             throw ErreurES(chemin, "ouverture impossible : fichier introuvable");
+    } else if (mode == Mode::Exclusive) {
+        throw ErreurES(chemin, "ouverture impossible : le fichier existe");
+    }
+    if (it == fichiers_.end()) {
         if (restant_ == 0) throw ErreurES(chemin, "ouverture impossible : erreur d'entrée-sortie");
         it = fichiers_.emplace(chemin, std::make_shared<Contenu>()).first;
         nomsNonDurables_.insert(chemin);
@@ -84,6 +97,11 @@ std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode 
 }
 
 bool SystemeMemoire::existe(const std::string& chemin) { return fichiers_.count(chemin) > 0; }
+
+bool SystemeMemoire::memeFichier(const std::string& a, const std::string& b) {
+    auto ia = fichiers_.find(a), ib = fichiers_.find(b);
+    return ia != fichiers_.end() && ib != fichiers_.end() && ia->second == ib->second;
+}
 
 void SystemeMemoire::supprimer(const std::string& chemin) {
     if (restant_ == 0 && fichiers_.count(chemin))
@@ -102,7 +120,10 @@ void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
 
 void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
     fichiers_.clear();
-    for (const auto& [nom, c] : autre.fichiers_) fichiers_[nom] = std::make_shared<Contenu>(*c);
+    for (const auto& [nom, c] : autre.fichiers_) {
+        fichiers_[nom] = std::make_shared<Contenu>(*c);
+        fichiers_[nom]->verrou = nullptr;
+    }
     proteges_ = autre.proteges_;
     nomsNonDurables_ = autre.nomsNonDurables_;
     restant_ = -1;
@@ -134,7 +155,10 @@ void SystemeMemoire::synchroniserDossier(const std::string& chemin) {
 void SystemeMemoire::simulerPanne() {
     for (const auto& nom : nomsNonDurables_) fichiers_.erase(nom);
     nomsNonDurables_.clear();
-    for (auto& [nom, c] : fichiers_) c->courant = c->durable;
+    for (auto& [nom, c] : fichiers_) {
+        c->courant = c->durable;
+        c->verrou = nullptr; // no process outlives the loss
+    }
 }
 
 void SystemeMemoire::echouerApres(long n, bool ecritureDechiree) {

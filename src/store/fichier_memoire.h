@@ -17,6 +17,7 @@ class SystemeMemoire final : public SystemeFichiers {
     struct Contenu {
         std::string courant; // what a reader sees now
         std::string durable; // what survives a power loss
+        const void* verrou = nullptr; // the open file holding the lock
     };
 
     std::unique_ptr<Fichier> ouvrir(const std::string& chemin, Mode mode) override;
@@ -27,6 +28,7 @@ class SystemeMemoire final : public SystemeFichiers {
     void synchroniserDossier(const std::string& chemin) override;
     void creerDossier(const std::string&) override {}
     std::vector<std::string> lister(const std::string& dossier) override;
+    bool memeFichier(const std::string& a, const std::string& b) override;
 
     // Power loss: every file falls back to its last synced content, and a
     // file created since the last sync of its folder is gone.

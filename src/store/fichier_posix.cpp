@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/file.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,13 +17,16 @@ namespace {
 
 std::string raisonSysteme(int err) { return std::strerror(err); }
 
-std::string Systeme(const std::string& chemin) { return AnsiVersUtf8(chemin); }
+std::string Systeme(const std::string& chemin) { return CheminSysteme(chemin); }
 
 // Reads of a large file are served from a read-only map of it, which saves
 // a system call per read: a base is read in many small pieces (a block, then
 // a name elsewhere). Writes go through pwrite, which the map sees at once on
 // Linux. The map is made again when the file has grown by a quarter; what
 // lies beyond it is read with pread.
+// Only a file this process holds locked is mapped: another process could
+// shorten any other file under the map, and reading a mapped page beyond
+// the end of a file kills the process (SIGBUS). Those are read with pread.
 class FichierPosix final : public Fichier {
   public:
     FichierPosix(int fd, std::string chemin) : fd_(fd), chemin_(std::move(chemin)) {}
@@ -84,6 +88,19 @@ class FichierPosix final : public Fichier {
             throw ErreurES(chemin_, "troncature impossible : " + raisonSysteme(errno));
     }
 
+    bool verrouiller() override {
+        if (verrouille_) return true;
+        while (::flock(fd_, LOCK_EX | LOCK_NB) != 0) {
+            if (errno == EINTR) continue;
+            if (errno == EWOULDBLOCK) return false;
+            // A file system without locks: the lock can't protect, and the
+            // file is not mapped.
+            return true;
+        }
+        verrouille_ = true;
+        return true;
+    }
+
   private:
     static constexpr std::uint64_t kCarteMin = 1 << 20;
 
@@ -96,7 +113,7 @@ class FichierPosix final : public Fichier {
     void Remappe(std::uint64_t besoin) {
         // Only when the file is large, and not again before it has grown
         // by a quarter since the last look.
-        if (besoin < kCarteMin || besoin <= essai_) return;
+        if (!verrouille_ || besoin < kCarteMin || besoin <= essai_) return;
         struct stat st{};
         if (::fstat(fd_, &st) != 0) return;
         const auto t = static_cast<std::uint64_t>(st.st_size);
@@ -116,6 +133,7 @@ class FichierPosix final : public Fichier {
         std::uint64_t taille = 0;
     } carte_;
     std::uint64_t essai_ = 0; // below this end, no new map is tried
+    bool verrouille_ = false;
 };
 
 class SystemePosix final : public SystemeFichiers {
@@ -127,6 +145,7 @@ class SystemePosix final : public SystemeFichiers {
         case Mode::LectureEcriture: flags |= O_RDWR; break;
         case Mode::Creation: flags |= O_RDWR | O_CREAT; break;
         case Mode::Ecrasement: flags |= O_RDWR | O_CREAT | O_TRUNC; break;
+        case Mode::Exclusive: flags |= O_RDWR | O_CREAT | O_EXCL; break;
         }
         int fd = ::open(Systeme(chemin).c_str(), flags, 0644);
         if (fd < 0) throw ErreurES(chemin, "ouverture impossible : " + raisonSysteme(errno));
@@ -164,8 +183,15 @@ class SystemePosix final : public SystemeFichiers {
         std::error_code ec;
         for (std::filesystem::directory_iterator it(Systeme(dossier), ec), fin; !ec && it != fin;
              it.increment(ec))
-            if (it->is_regular_file(ec)) r.push_back(Utf8VersAnsi(it->path().filename().string()));
+            if (it->is_regular_file(ec)) r.push_back(CheminInterne(it->path().filename().string()));
         return r;
+    }
+
+    bool memeFichier(const std::string& a, const std::string& b) override {
+        struct stat sa{}, sb{};
+        if (::stat(Systeme(a).c_str(), &sa) != 0 || ::stat(Systeme(b).c_str(), &sb) != 0)
+            return false;
+        return sa.st_dev == sb.st_dev && sa.st_ino == sb.st_ino;
     }
 
     void synchroniserDossier(const std::string& chemin) override {
@@ -181,7 +207,7 @@ class SystemePosix final : public SystemeFichiers {
 
 } // namespace
 
-std::string ErreurES::CheminLisible(const std::string& chemin) { return AnsiVersUtf8(chemin); }
+std::string ErreurES::CheminLisible(const std::string& chemin) { return CheminSysteme(chemin); }
 
 SystemeFichiers& systemeReel() {
     static SystemePosix fs;
@@ -199,23 +225,59 @@ void ecrireTout(SystemeFichiers& fs, const std::string& chemin, std::string_view
 }
 
 void CopieFichier(SystemeFichiers& fs, const std::string& de, const std::string& vers) {
-    const std::string temporaire = vers + ".tmp";
-    {
-        auto source = fs.ouvrir(de, Mode::Lecture);
-        auto cible = fs.ouvrir(temporaire, Mode::Ecrasement);
-        constexpr std::size_t kMorceau = 1u << 20;
-        std::uint64_t offset = 0;
-        for (;;) {
-            const std::string bloc = source->lire(offset, kMorceau);
-            if (bloc.empty()) break;
-            cible->ecrire(offset, bloc);
-            offset += bloc.size();
-            if (bloc.size() < kMorceau) break;
-        }
-        cible->synchroniser();
+    auto source = fs.ouvrir(de, Mode::Lecture);
+    EcritureAtomique copie(fs, vers);
+    constexpr std::size_t kMorceau = 1u << 20;
+    std::uint64_t offset = 0;
+    for (;;) {
+        const std::string bloc = source->lire(offset, kMorceau);
+        if (bloc.empty()) break;
+        copie.Sortie().ecrire(offset, bloc);
+        offset += bloc.size();
+        if (bloc.size() < kMorceau) break;
     }
-    fs.renommer(temporaire, vers);
-    fs.synchroniserDossier(vers);
+    copie.Valide();
+}
+
+std::string CheminTemporaire(const std::string& cible) {
+    const auto slash = cible.find_last_of('/');
+    const std::size_t nom = slash == std::string::npos ? 0 : slash + 1;
+    return cible.substr(0, nom) + "~" + cible.substr(nom);
+}
+
+EcritureAtomique::EcritureAtomique(SystemeFichiers& fs, std::string cible)
+    : fs_(fs), cible_(std::move(cible)), temporaire_(CheminTemporaire(cible_)) {
+    // Not emptied by the open: the temporary may be another writer's.
+    fichier_ = fs_.ouvrir(temporaire_, Mode::Creation);
+    if (!fichier_->verrouiller()) {
+        fichier_.reset();
+        fini_ = true;
+        throw ErreurES(cible_, "un autre programme est en train de l'\xE9" "crire");
+    }
+    fichier_->tronquer(0);
+}
+
+EcritureAtomique::~EcritureAtomique() {
+    try {
+        Abandonne();
+    } catch (const ErreurES&) { // a temporary that stays is reused next time
+    }
+}
+
+void EcritureAtomique::Abandonne() {
+    if (fini_) return;
+    fini_ = true;
+    fichier_.reset();
+    fs_.supprimer(temporaire_);
+}
+
+void EcritureAtomique::Valide() {
+    if (fini_) throw ErreurES(cible_, "\xE9" "criture d\xE9" "j\xE0 termin\xE9" "e");
+    fichier_->synchroniser();
+    fs_.renommer(temporaire_, cible_);
+    fini_ = true;
+    fs_.synchroniserDossier(cible_);
+    fichier_.reset(); // the lock goes with the last handle
 }
 
 } // namespace sylvane

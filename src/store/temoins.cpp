@@ -10,6 +10,17 @@ const GenreEvt* TableTemoins::Genre(std::string_view tag) const {
     return nullptr;
 }
 
+std::vector<std::string> GenreEvt::RolesPrincipaux(char sexe) const {
+    std::vector<std::string> r;
+    for (const std::string& cellule : roles) {
+        if (cellule.empty()) break;
+        if (cellule.size() < 3 || cellule[0] != 'M' || (cellule[1] != sexe && cellule[1] != ' '))
+            continue;
+        r.push_back(cellule.substr(2));
+    }
+    return r;
+}
+
 void TableTemoins::Ajoute(std::string_view tag) {
     if (tag.empty() || Genre(tag)) return;
     genres.push_back(GenreEvt{std::string(tag), {}});

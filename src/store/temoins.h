@@ -12,6 +12,10 @@ namespace sylvane {
 struct GenreEvt {
     std::string tag;
     std::vector<std::string> roles; // at most 19
+    // The main roles a person of this sex ('H', 'F', other) takes in an
+    // event of this kind, in table order; none: the kind has no place for
+    // the person.
+    std::vector<std::string> RolesPrincipaux(char sexe) const;
 };
 
 struct TableTemoins {

@@ -33,6 +33,7 @@ class FichierOctets final : public Fichier {
     std::uint64_t taille() override { return octets_.size(); }
     void synchroniser() override {}
     void tronquer(std::uint64_t) override { refuse(); }
+    bool verrouiller() override { return true; }
 
   private:
     [[noreturn]] static void refuse() { throw ErreurES("(messages)", "lecture seule"); }

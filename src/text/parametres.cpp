@@ -234,6 +234,17 @@ const std::vector<Temoin>& TemoinsParDefaut() {
     return table;
 }
 
+std::string Parametres::DossierTravail() const {
+    std::string d = dossierTravail;
+    if (d.empty()) {
+        std::error_code ec;
+        d = CheminInterne(std::filesystem::temp_directory_path(ec).string());
+        if (ec || d.empty()) d = "/tmp";
+    }
+    if (d.back() != '/' && d.back() != '\\') d += '/';
+    return d;
+}
+
 Parametres ParametresParDefaut(const std::string& dossierProgramme) {
     Parametres p;
     const std::string d = Utf8VersAnsi(dossierProgramme);

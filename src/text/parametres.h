@@ -52,6 +52,9 @@ struct Parametres {
     int frequenceSauvegarde = 15;
     // "Travail": the work directory.
     std::string dossierTravail;
+    // The work directory, ended by "/": the system's temporary folder when
+    // none is set, never a folder of the user's files.
+    std::string DossierTravail() const;
 
     std::string langue = "Fran\xE7" "ais"; // "Langue"
     std::string aide;                      // "Aide": help file

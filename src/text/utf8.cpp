@@ -117,6 +117,84 @@ std::string AnsiVersUtf8(std::string_view ansi) {
     return out;
 }
 
+namespace {
+
+// The code point of the UTF-8 sequence at s[i] and its length; length 0
+// when the bytes there are not UTF-8.
+std::pair<char32_t, int> LitUtf8(std::string_view s, std::size_t i) {
+    auto b0 = static_cast<unsigned char>(s[i]);
+    if (b0 < 0x80) return {b0, 1};
+    int len = b0 >= 0xF0 && b0 < 0xF5   ? 4
+              : b0 >= 0xE0 && b0 < 0xF0 ? 3
+              : b0 >= 0xC2 && b0 < 0xE0 ? 2
+                                        : 0;
+    char32_t cp = len == 2 ? (b0 & 0x1F) : len == 3 ? (b0 & 0x0F) : (b0 & 0x07);
+    bool ok = len > 0 && i + static_cast<std::size_t>(len) <= s.size();
+    for (int k = 1; ok && k < len; ++k) {
+        auto b = static_cast<unsigned char>(s[i + static_cast<std::size_t>(k)]);
+        if ((b & 0xC0) != 0x80) ok = false;
+        cp = (cp << 6) | (b & 0x3F);
+    }
+    if (ok && ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+               (cp >= 0xD800 && cp <= 0xDFFF)))
+        ok = false;
+    return {cp, ok ? len : 0};
+}
+
+void AjouteReference(std::string& out, char32_t cp) {
+    out += "&#";
+    out += std::to_string(static_cast<unsigned long>(cp));
+    out += ';';
+}
+
+} // namespace
+
+std::string CheminInterne(std::string_view s) {
+    std::string out;
+    out.reserve(s.size());
+    const auto& inv = inverse();
+    for (std::size_t i = 0; i < s.size();) {
+        auto [cp, len] = LitUtf8(s, i);
+        if (len == 0) {
+            AjouteReference(out, 0xDC00 + static_cast<unsigned char>(s[i]));
+            ++i;
+            continue;
+        }
+        i += static_cast<std::size_t>(len);
+        auto it = inv.find(cp);
+        if (cp == '&' && i < s.size() && s[i] == '#') AjouteReference(out, cp);
+        else if (it != inv.end()) out += static_cast<char>(it->second);
+        else AjouteReference(out, cp);
+    }
+    return out;
+}
+
+std::string CheminSysteme(std::string_view s) {
+    std::string out;
+    out.reserve(s.size() + s.size() / 8);
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        if (s[i] == '&' && i + 3 < s.size() && s[i + 1] == '#') {
+            std::size_t j = i + 2;
+            char32_t cp = 0;
+            while (j < s.size() && j < i + 10 && s[j] >= '0' && s[j] <= '9')
+                cp = cp * 10 + static_cast<char32_t>(s[j++] - '0');
+            const bool reference = j > i + 2 && j < s.size() && s[j] == ';' && cp <= 0x10FFFF;
+            if (reference && cp >= 0xDC80 && cp <= 0xDCFF) {
+                out += static_cast<char>(cp - 0xDC00);
+                i = j;
+                continue;
+            }
+            if (reference && (cp < 0xD800 || cp > 0xDFFF)) {
+                AjouteUtf8(out, cp);
+                i = j;
+                continue;
+            }
+        }
+        AjouteUtf8(out, versUnicode(static_cast<unsigned char>(s[i])));
+    }
+    return out;
+}
+
 std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
     std::string out;
     out.reserve(s.size());
@@ -129,21 +207,8 @@ std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
             ++i;
             continue;
         }
-        int len = b0 >= 0xF0 && b0 < 0xF5   ? 4
-                  : b0 >= 0xE0 && b0 < 0xF0 ? 3
-                  : b0 >= 0xC2 && b0 < 0xE0 ? 2
-                                            : 0;
-        char32_t cp = len == 2 ? (b0 & 0x1F) : len == 3 ? (b0 & 0x0F) : (b0 & 0x07);
-        bool ok = len > 0 && i + static_cast<std::size_t>(len) <= s.size();
-        for (int k = 1; ok && k < len; ++k) {
-            auto b = static_cast<unsigned char>(s[i + static_cast<std::size_t>(k)]);
-            if ((b & 0xC0) != 0x80) ok = false;
-            cp = (cp << 6) | (b & 0x3F);
-        }
-        if (ok && ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
-                   (cp >= 0xD800 && cp <= 0xDFFF)))
-            ok = false;
-        if (!ok) { // not UTF-8: keep the byte as a Windows-1252 character
+        auto [cp, len] = LitUtf8(s, i);
+        if (len == 0) { // not UTF-8: keep the byte as a Windows-1252 character
             out += static_cast<char>(b0);
             ++i;
             continue;

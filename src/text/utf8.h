@@ -30,4 +30,16 @@ std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces = nullptr
 // Encodes one code point as UTF-8.
 void AjouteUtf8(std::string& out, char32_t cp);
 
+// File names. A path inside the program is Windows-1252 text like any other;
+// the system's names are bytes, UTF-8 as a rule. So that every name the
+// system accepts can be reached and two names never meet in one:
+// - a character Windows-1252 can't hold is kept as its numeric character
+//   reference ("&#1047;" for "З");
+// - a byte that is not UTF-8 is kept as the reference of U+DC00 + byte,
+//   which no valid name holds;
+// - an "&" followed by "#" is written "&#38;".
+// CheminSysteme(CheminInterne(x)) == x for any bytes x.
+std::string CheminInterne(std::string_view systeme);
+std::string CheminSysteme(std::string_view interne);
+
 } // namespace sylvane

@@ -1,0 +1,206 @@
+// Round trips of small GEDCOM files that each show one way text or data
+// could be lost between the file and the base; then every file of the
+// public corpus through import, export, import, export, which must give the
+// same file from the second export on.
+#include "exchange/gedcom_export.h"
+#include "exchange/gedcom_import.h"
+#include "store/fichier_memoire.h"
+#include "text/dates.h"
+#include "text/messages.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+
+using namespace sylvane;
+
+namespace {
+
+class Francais : public ::testing::Environment {
+  public:
+    void SetUp() override {
+        ASSERT_TRUE(ChoisirLangue("Fran\xE7" "ais", std::string(SYLVANE_BINARY_DIR) + "/src"));
+        DefinitFormatDate("dd/mm/yyyy");
+    }
+};
+const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new Francais);
+
+struct Passage {
+    SystemeMemoire fs;
+    Parametres p;
+    Base b{fs, p};
+    RapportImport r;
+    explicit Passage(std::string_view octets) {
+        b.Nouvelle("/i.sv2");
+        GedcomLu g = LitGedcomOctets(octets);
+        OptionsImport o;
+        o.parametres = &p;
+        r = ImporteGedcom(b, g, o);
+    }
+    std::string Exporte(char jeu = '1') {
+        OptionsExport o;
+        o.jeu = jeu;
+        o.liens = o.evenements = o.documents = true;
+        o.date = "01 janvier 2001";
+        ExporteGedcom(b, fs, "/sortie.ged", o);
+        return lireTout(fs, "/sortie.ged");
+    }
+    // The person of that first name, 0 when none.
+    std::uint32_t Qui(const std::string& prenom) {
+        for (std::uint32_t n = 1; n <= b.Tete().maxPersonne; ++n)
+            if (b.LitPrenom(n) == prenom) return n;
+        return 0;
+    }
+};
+
+// The export of a base read from `e1`, checked to come back byte for byte
+// through one more import and export.
+std::string Stable(const std::string& e1, char jeu = '1') {
+    Passage b(e1);
+    const std::string e2 = b.Exporte(jeu);
+    Passage c(e2);
+    EXPECT_EQ(c.Exporte(jeu), e2);
+    return e2;
+}
+
+std::string Fichier(const std::string& corps) {
+    return "0 HEAD\r\n1 CHAR ANSI\r\n" + corps + "0 TRLR\r\n";
+}
+
+TEST(AllerRetourGedcom, LesSymbolesDesRubriquesDansUnTexteRestentDuTexte) {
+    const std::string texte = "Prix 100 $ ; photos dans C:\\Photos ; 20 \xB0" "C ; jean@exemple.fr ~ | %";
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 NOTE " + texte + "\r\n"));
+    const std::string e1 = a.Exporte();
+    for (const char* bogus : {"1 OCCU", "1 BAPM", "1 RESI", "2 PLAC"})
+        EXPECT_EQ(e1.find(bogus), std::string::npos) << bogus << "\n" << e1;
+    // The body of a note comes back with a line end behind it.
+    EXPECT_EQ(a.b.CorpsNote(1), texte + "\r\n");
+    Passage b(e1);
+    EXPECT_EQ(b.b.CorpsNote(1), a.b.CorpsNote(1));
+    EXPECT_EQ(b.Exporte(), e1);
+}
+
+TEST(AllerRetourGedcom, ConcRendChaqueTexteAvecSesBlancs) {
+    // Another program's CONC joins with nothing between, as GEDCOM has it;
+    // its blanks, at the end of a piece or at the start of the next, stay.
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 NOTE Par la gr\r\n2 CONC \xE2" "ce de \r\n"
+                      "2 CONC Dieu, h=10474\r\n2 CONC 62 et\r\n2 CONC  fin\r\n"));
+    EXPECT_EQ(a.b.CorpsNote(1), "Par la gr\xE2" "ce de Dieu, h=1047462 et fin\r\n");
+
+    // Texts that the export cuts every way: at a blank, then a long word
+    // under the same tag, then CONC pieces; in a first line and in a CONT.
+    const std::string mot70(70, 'w'), url = "http://exemple.fr/" + std::string(60, 'u');
+    const std::string lignes[] = {
+        std::string(50, 'x') + " " + mot70,
+        "court",
+        "Une ligne de texte assez longue pour \xEAtre coup\xE9" "e deux fois en plein milieu de grands mots sans fin",
+        "Voir " + url + " pour la suite, et la gr\xE2" "ce des blancs   doubles  ",
+        std::string(59, 'a') + " " + std::string(61, 'b'),
+    };
+    std::string note;
+    for (const auto& l : lignes) note += (note.empty() ? "" : "\r\n") + l;
+    for (bool premiere : {true, false}) {
+        std::string corps = "0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n";
+        const std::string texte = premiere ? note : "avant\r\n" + note;
+        Passage b(Fichier(corps));
+        b.b.EcritNote(1, b.b.LitNote(1) + "\r\n\r\n" + texte);
+        for (char jeu : {'1', '2', JeuUtf8}) {
+            SCOPED_TRACE(jeu);
+            const std::string e1 = b.Exporte(jeu);
+            Passage c(e1);
+            EXPECT_EQ(c.b.CorpsNote(1), texte + "\r\n") << e1;
+            EXPECT_EQ(Stable(e1, jeu), e1);
+        }
+    }
+
+    // A file of the program written before the blank of a cut was kept: the
+    // blank comes back at the first CONC after a piece shorter than 60.
+    Passage v("0 HEAD\r\n1 SOUR SYLVANE\r\n1 CHAR ANSI\r\n0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n"
+              "1 NOTE abc\r\n2 CONC def\r\n2 CONT " + std::string(60, 'g') + "\r\n2 CONC hij\r\n0 TRLR\r\n");
+    EXPECT_EQ(v.b.CorpsNote(1), "abc def\r\n" + std::string(60, 'g') + "hij\r\n");
+}
+
+TEST(AllerRetourGedcom, UnSexeInconnuResteInconnu) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SEX U\r\n"
+                      "0 @I2@ INDI\r\n1 NAME Marie /Durand/\r\n1 SEX F\r\n"
+                      "0 @I3@ INDI\r\n1 NAME Paul /Martin/\r\n1 SEX M\r\n"
+                      "0 @I4@ INDI\r\n1 NAME Claude /Martin/\r\n"
+                      "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 WIFE @I2@\r\n1 CHIL @I3@\r\n"));
+    EXPECT_EQ(a.b.LitSexe(1), "I");
+    EXPECT_EQ(a.b.LitSexe(2), "F");
+    EXPECT_EQ(a.b.LitSexe(3), "H");
+    EXPECT_EQ(a.b.LitSexe(4), "I");
+    EXPECT_EQ(a.b.LitMari(1), 1u);
+    EXPECT_EQ(a.b.LitPere(3), 1u);
+    Stable(a.Exporte());
+}
+
+TEST(AllerRetourGedcom, UnParentSeulGardeSonMariageEtUnCoupleSansDateNaPasDeMarrVide) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SEX M\r\n"
+                      "0 @I2@ INDI\r\n1 NAME Paul /Martin/\r\n1 SEX M\r\n"
+                      "0 @I3@ INDI\r\n1 NAME Marie /Durand/\r\n1 SEX F\r\n"
+                      "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 MARR\r\n2 DATE 12 MAR 1850\r\n2 PLAC Dijon\r\n1 CHIL @I2@\r\n"
+                      "0 @F2@ FAM\r\n1 HUSB @I2@\r\n1 WIFE @I3@\r\n"));
+    const std::string jean = a.b.CorpsNote(a.Qui("Jean"));
+    EXPECT_NE(jean.find("12 MAR 1850"), std::string::npos) << jean;
+    EXPECT_NE(jean.find("Dijon"), std::string::npos) << jean;
+    const std::string e1 = a.Exporte();
+    EXPECT_EQ(e1.find("1 MARR"), std::string::npos) << e1;
+    Passage b(e1);
+    EXPECT_EQ(b.b.CorpsNote(b.Qui("Jean")), jean);
+    Stable(e1);
+}
+
+// --- The public corpus ---------------------------------------------------
+
+const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";
+
+// The first line where two files part, for failure messages.
+std::string Ecart(const std::string& a, const std::string& b) {
+    std::size_t i = 0;
+    while (i < a.size() && i < b.size() && a[i] == b[i]) ++i;
+    const std::size_t debut = a.rfind('\n', i) == std::string::npos ? 0 : a.rfind('\n', i) + 1;
+    return "\n  " + a.substr(debut, 120) + "\n<>\n  " + b.substr(debut, 120);
+}
+
+std::vector<std::string> FichiersDuCorpus() {
+    std::vector<std::string> f;
+    for (const auto& e : std::filesystem::recursive_directory_iterator(kCorpus)) {
+        const std::string x = e.path().extension().string();
+        if (e.is_regular_file() && (x == ".ged" || x == ".GED"))
+            f.push_back(e.path().lexically_relative(kCorpus).string());
+    }
+    std::sort(f.begin(), f.end());
+    return f;
+}
+
+// Files that don't come back whole yet, with the reason.
+const std::map<std::string, const char*> kPasEncore = {
+    {"gedcom4j/john_of_sea_20101009.ged", "persons of tied sort keys change places"},
+    {"gedcom4j/willis-ansel.ged", "persons of tied sort keys change places"},
+    {"gedcom4j/willis-unicode-bigendian.ged", "persons of tied sort keys change places"},
+    {"gedcom4j/willis-unicode-littleendian.ged", "persons of tied sort keys change places"},
+    {"gedcom4j/willis.ged", "persons of tied sort keys change places"},
+    {"public-trees/IvarKingOfDublin.ged", "persons of tied sort keys change places"},
+    {"public-trees/pres2020.ged", "persons of tied sort keys change places"},
+    {"public-trees/royal92.ged", "persons of tied sort keys change places"},
+};
+
+TEST(AllerRetourCorpus, LeDeuxiemeExportEstLeTroisieme) {
+    const auto fichiers = FichiersDuCorpus();
+    ASSERT_GE(fichiers.size(), 41u);
+    for (const auto& f : fichiers) {
+        SCOPED_TRACE(f);
+        if (kPasEncore.count(f)) continue;
+        Passage a(lireTout(systemeReel(), kCorpus + f));
+        Passage b(a.Exporte());
+        const std::string e2 = b.Exporte();
+        Passage c(e2);
+        const std::string e3 = c.Exporte();
+        EXPECT_TRUE(e2 == e3) << Ecart(e2, e3);
+    }
+}
+
+} // namespace
