@@ -386,7 +386,7 @@ std::optional<std::string> MDIForm1Qt::Dossier(int titre, const std::string& dep
 // --- Progress panel ----------------------------------------------------------------------------
 
 void MDIForm1Qt::Montre(const std::string& titre, const std::string& texte) {
-    if (!cdrExecution_->isVisible()) {
+    if (cdrExecution_->isHidden()) {
         arret_ = false;
         cdrExecution_->setVisible(true);
         cmdAnnuler_->setFocus();
@@ -400,12 +400,13 @@ void MDIForm1Qt::Montre(const std::string& titre, const std::string& texte) {
 }
 
 void MDIForm1Qt::Cache() {
-    if (!cdrExecution_->isVisible()) return;
+    if (cdrExecution_->isHidden()) return;
     cdrExecution_->setVisible(false);
     QApplication::restoreOverrideCursor();
 }
 
-bool MDIForm1Qt::Visible() const { return cdrExecution_->isVisible(); }
+// Up even while the main window itself is not shown (tests, start-up).
+bool MDIForm1Qt::Visible() const { return !cdrExecution_->isHidden(); }
 
 bool MDIForm1Qt::Arret() {
     // Pending events run at fixed intervals, so that polling costs little
