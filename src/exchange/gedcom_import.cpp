@@ -1,5 +1,7 @@
 #include "exchange/gedcom_import.h"
 
+#include "store/table_tri.h"
+
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/mots.h"
@@ -665,14 +667,43 @@ class Importeur {
         }
     }
 
+    // A sort table in the order of its keys, equal keys in the order of the
+    // file (the order of the numbers), so that a file sorted by this program
+    // comes back in its own order.
+    template <class Cle>
+    static void TriStable(TableTri& t, Cle cle) {
+        std::vector<std::uint32_t> v = t.versVecteur();
+        std::vector<std::pair<decltype(cle(0u)), std::uint32_t>> cles;
+        cles.reserve(v.size());
+        for (std::uint32_t n : v) cles.emplace_back(cle(n), n);
+        std::sort(cles.begin(), cles.end());
+        for (std::size_t k = 0; k < v.size(); ++k) v[k] = cles[k].second;
+        t.depuisVecteur(v);
+    }
+    void TriStable() {
+        if (b_.Tete().modeTri != '0') {
+            TriStable(b_.TablePersonnes(), [this](std::uint32_t n) { return b_.CleTriFiche(n); });
+            b_.triPersonnesModifie = true;
+        }
+    }
+    void TriStableDocsEtEvts() {
+        TriStable(b_.TableDocuments(), [this](std::uint32_t d) { return CleMot(b_.TitreDoc(d)); });
+        TriStable(b_.TableEvenements(), [this](std::uint32_t e) { return b_.DateEvt(e); });
+        b_.triDocumentsModifie = b_.triEvenementsModifie = true;
+    }
+
     void Fin() {
         Questions* q = o_.questions;
         if (nonTrie_ && !r_.arrete) {
             if (!q || q->OuiNon(QuestionTri)) {
-                b_.TriTable();
+                TriStable();
                 r_.trie = true;
             }
+        } else if (!r_.arrete) {
+            // Already in the order of the keys: only equal keys move.
+            TriStable();
         }
+        TriStableDocsEtEvts();
         if (!q || q->OuiNon(QuestionMotsCles)) {
             b_.FinLot();
             r_.motsCles = true;
