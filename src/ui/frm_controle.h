@@ -46,6 +46,7 @@ inline constexpr int kControleCorrections = 3442;
 inline constexpr int kControleEnregistrer = 3443;
 inline constexpr int kControleFermer = 3444;
 inline constexpr int kControleFichier = 3445;
+inline constexpr int kControleEnregistrerSous = 3446;
 inline constexpr const char* kFiltreRapport = "Rapport (*.txt) |*.txt|";
 
 } // namespace sylvane
