@@ -19,12 +19,8 @@ struct VueFamilleTest : ::testing::Test {
     test::Arbre a;
     Base& b = a.b();
 
-    std::uint32_t Marie(std::uint32_t mari, std::uint32_t femme) {
-        const std::uint32_t m = b.CreeMariage(mari, femme);
-        b.MajMariages(mari, m, 'A');
-        b.MajMariages(femme, m, 'A');
-        return m;
-    }
+    // CreeMariage writes the marriage in both spouses' lists.
+    std::uint32_t Marie(std::uint32_t mari, std::uint32_t femme) { return b.CreeMariage(mari, femme); }
     DispositionFamille Dispose(std::uint32_t centre, int gauche, int droite, int niveau = 4) {
         ReglageVue v;
         v.niveau = niveau;
@@ -156,6 +152,7 @@ TEST_F(VueFamilleTest, ChildrenComeGroupedByMarriageUnderTheirSpouse) {
     const auto c3 = a.Enfant(moi, 0, "Trois"), c4 = a.Enfant(moi, f2, "Quatre");
     const auto pc = a.Personne("C", "Claire", 'F');
     Marie(c2, pc);
+    Marie(c2, pc); // the same couple twice: one spouse box
     const auto pe = a.Enfant(c2, pc, "Petit");
     const auto d = Dispose(moi, 0, 2);
     Sain(d);
@@ -175,6 +172,7 @@ TEST_F(VueFamilleTest, ChildrenComeGroupedByMarriageUnderTheirSpouse) {
     EXPECT_EQ(depart[c3], moi);
     EXPECT_EQ(depart[pe], pc);
     EXPECT_EQ(d.cases[Index(d, pc)].role, Role::Conjoint);
+    EXPECT_EQ(Personnes(d).count(pc), 1u);
     EXPECT_EQ(d.cases[Index(d, pe)].colonne, 2);
     // Reach 1 stops at the children, with their spouses.
     const auto un = Dispose(moi, 0, 1);
@@ -276,10 +274,14 @@ TEST_F(VueFamilleTest, HitTestAndArrowKeysFollowTheFamily) {
     EXPECT_EQ(vue.PersonneFocus(), pere);
     EXPECT_EQ(vue.focus(), vue.disposition().centre);
     EXPECT_FALSE(vue.Deplace(Direction::Haut));
-    // A person no longer shown gives the focus back to the current one.
+    // Laid out again around him, the focus stays where the keys left it;
+    // around another person it goes to that person.
     vue.DefinitFocus(Index(vue.disposition(), gm));
-    vue.Dispose(b, a.params, e1, v);
-    EXPECT_EQ(vue.PersonneFocus(), e1);
+    v.niveau = 3;
+    vue.Dispose(b, a.params, pere, v);
+    EXPECT_EQ(vue.PersonneFocus(), gm);
+    vue.Dispose(b, a.params, moi, v);
+    EXPECT_EQ(vue.PersonneFocus(), moi);
 }
 
 TEST_F(VueFamilleTest, TheRightClickMenuListsTheFamilyUnderItsHeadings) {
@@ -289,6 +291,7 @@ TEST_F(VueFamilleTest, TheRightClickMenuListsTheFamilyUnderItsHeadings) {
     const auto pere = a.Personne("Martin", "Jean", 'H', "1850");
     const auto moi = a.Enfant(pere, 0, "Pierre", 'H', "1880");
     const auto conj = a.Personne("Roux", "Anne", 'F');
+    Marie(moi, conj);
     Marie(moi, conj);
     const auto ami = a.Personne("Blanc", "Paul");
     b.MajLiens(moi, ami, "GODF", 'A');
@@ -319,6 +322,7 @@ TEST_F(VueFamilleTest, TheRightClickMenuListsTheFamilyUnderItsHeadings) {
     EXPECT_EQ(titres, (std::vector<std::string>{Message(592), Message(579), Message(666),
                                                 Message(910)}));
     EXPECT_EQ(nombre[Message(592)], 1);
+    EXPECT_EQ(nombre[Message(579)], 1); // married twice, listed once
     EXPECT_EQ(nombre[Message(666)], 200);
     EXPECT_EQ(m.back().personne, ami);
     EXPECT_EQ(m.back().texte, "Parrain : " + b.NomDates(ami));

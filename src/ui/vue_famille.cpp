@@ -78,7 +78,7 @@ class Collecte {
         for (std::uint32_t m : b_.Mariages(n)) {
             const std::uint32_t mari = b_.LitMari(m);
             const std::uint32_t autre = mari == n ? b_.LitFemme(m) : mari;
-            if (autre == 0 || autre == n) continue;
+            if (autre == 0 || autre == n || EstConjoint(i, autre)) continue;
             const int k = Ajoute(autre, CaseFamille::Role::Conjoint, noeuds[i].colonne, i);
             if (k < 0) return;
             noeuds[i].conjoints.push_back(k);
@@ -123,6 +123,13 @@ class Collecte {
     }
 
   private:
+    // The same couple married twice is drawn once.
+    bool EstConjoint(int i, std::uint32_t personne) const {
+        for (int c : noeuds[i].conjoints)
+            if (noeuds[c].personne == personne) return true;
+        return false;
+    }
+
     Base& b_;
     std::size_t limite_;
 };
@@ -363,7 +370,8 @@ std::vector<ElementMenu> MenuFamille(Base& b, std::uint32_t personne) {
     for (std::uint32_t mar : b.Mariages(personne)) {
         const std::uint32_t mari = b.LitMari(mar);
         const std::uint32_t autre = mari == personne ? b.LitFemme(mar) : mari;
-        if (autre) l.push_back({autre, {}});
+        const bool deja = std::any_of(l.begin(), l.end(), [&](const auto& x) { return x.first == autre; });
+        if (autre && !deja) l.push_back({autre, {}});
     }
     groupe(579, l);
     l.clear();
@@ -385,7 +393,10 @@ std::vector<ElementMenu> MenuFamille(Base& b, std::uint32_t personne) {
 }
 
 void VueFamille::Dispose(Base& b, const Parametres& p, std::uint32_t centre, const ReglageVue& v) {
-    const std::uint32_t avant = PersonneFocus();
+    // The focus follows a new current person, and stays where it was when
+    // the same person is laid out again (a level, a reach, a zoom).
+    const bool memeCentre = d_.centre >= 0 && d_.cases[d_.centre].personne == centre;
+    const std::uint32_t avant = memeCentre ? PersonneFocus() : 0;
     d_ = DisposeFamille(b, p, centre, v);
     focus_ = d_.centre;
     for (std::size_t i = 0; avant && i < d_.cases.size(); ++i)

@@ -121,8 +121,9 @@ std::vector<ElementMenu> MenuFamille(Base& b, std::uint32_t personne);
 // keyboard focus.
 class VueFamille {
   public:
-    // Lays out again; the focus stays on the same person when it is still
-    // shown, else goes to the current person.
+    // Lays out again. Around the same current person the focus stays on
+    // the same person while it is shown; otherwise it goes to the current
+    // person.
     void Dispose(Base& b, const Parametres& p, std::uint32_t centre, const ReglageVue& v);
     const DispositionFamille& disposition() const { return d_; }
     int focus() const { return focus_; }

@@ -1,0 +1,204 @@
+// The family view as the user drives it: a click on a box, the arrow keys
+// and Enter, the right-click menu. With SYLVANE_CAPTURE set to a folder,
+// also writes the pictures of the view at levels 2 and 4 of the sample
+// family there.
+#include "app/fenetre_principale.h"
+#include "app/frm_debut.h"
+#include "app/texte_qt.h"
+#include "store/base.h"
+#include "store/fichier.h"
+#include "support/dossier_temp.h"
+#include "text/reglages.h"
+#include "ui/application.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QScrollBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+using namespace sylvane;
+
+namespace {
+
+QApplication& Appli() {
+    static int argc = 1;
+    static char* argv[] = {const_cast<char*>("t")};
+    static QApplication app(argc, argv);
+    return app;
+}
+
+struct FrmDebutTest : ::testing::Test {
+    test::DossierTemp dossier;
+    ReglagesMemoire reglages;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<MDIForm1Qt> fenetre;
+    std::uint32_t gp = 0, gm = 0, pere = 0, mere = 0, moi = 0, conj = 0, fils = 0, fille = 0;
+
+    void SetUp() override {
+        Appli();
+        // The base: grandparents, parents, the person, a spouse, two children.
+        const std::string chemin = dossier / "famille.sv2";
+        {
+            Parametres p;
+            Base b(systemeReel(), p);
+            b.Nouvelle(chemin);
+            auto personne = [&](const char* nom, const char* prenom, char sexe, const char* an) {
+                return b.CreePersonne(nom, prenom, "", sexe, an);
+            };
+            auto parents = [&](std::uint32_t c, std::uint32_t pe, std::uint32_t me) {
+                b.EcritPere(c, pe);
+                b.MajEnfants(pe, c, 'A');
+                b.EcritMere(c, me);
+                b.MajEnfants(me, c, 'A');
+                if (b.MariageNo(pe, 1) == 0) b.CreeMariage(pe, me);
+            };
+            gp = personne("Martin", "Louis", 'H', "1820");
+            gm = personne("Petit", "Rose", 'F', "1825");
+            pere = personne("Martin", "Jean", 'H', "1850");
+            mere = personne("Roux", "Marie", 'F', "1852");
+            moi = personne("Martin", "Pierre", 'H', "1880");
+            conj = personne("Blanc", "Anne", 'F', "1882");
+            fils = personne("Martin", "Paul", 'H', "1905");
+            fille = personne("Martin", "Claire", 'F', "1907");
+            parents(pere, gp, gm);
+            parents(moi, pere, mere);
+            parents(fils, moi, conj);
+            parents(fille, moi, conj);
+            b.FermeBase();
+        }
+        reglages.ecrit("Defaut", "Travail", dossier.chemin());
+        app = std::make_unique<Application>(systemeReel(), reglages,
+                                            SYLVANE_BINARY_DIR "/src");
+        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        fenetre->resize(1200, 800);
+        fenetre->show();
+        fenetre->logique().Demarre({});
+        ASSERT_TRUE(fenetre->logique().OuvreFichier(chemin));
+        fenetre->logique().Aller(moi);
+    }
+    void TearDown() override {
+        fenetre.reset();
+        app.reset();
+    }
+    FrmDebutQt* Vue() { return qobject_cast<FrmDebutQt*>(fenetre->Formulaire("FrmDebut")); }
+    int Index(FrmDebutQt* v, std::uint32_t n) {
+        const auto& cases = v->vue().disposition().cases;
+        for (std::size_t i = 0; i < cases.size(); ++i)
+            if (cases[i].personne == n) return static_cast<int>(i);
+        return -1;
+    }
+    // The middle of box i in the frame's viewport.
+    QPoint Milieu(FrmDebutQt* v, int i) {
+        const Rect& r = v->vue().disposition().cases[i].r;
+        return (QPointF(r.x + r.l / 2, r.milieuY()) - v->cadre()->VersDessin(QPointF(0, 0))).toPoint();
+    }
+};
+
+} // namespace
+
+TEST_F(FrmDebutTest, OpensWithTheBaseAndAClickMovesTheCurrentPerson) {
+    FrmDebutQt* v = Vue();
+    ASSERT_NE(v, nullptr);
+    EXPECT_EQ(v->vue().disposition().cases[v->vue().disposition().centre].personne, moi);
+    EXPECT_EQ(v->cadre()->horizontalScrollBar()->objectName(), "DefilementH1");
+    const int i = Index(v, pere);
+    ASSERT_GE(i, 0);
+    v->cadre()->Montre(i, true);
+    QTest::mouseClick(v->cadre()->viewport(), Qt::LeftButton, {}, Milieu(v, i));
+    EXPECT_EQ(fenetre->logique().PersonneEnCours(), pere);
+    EXPECT_EQ(fenetre->logique().personneFiche, pere);
+    // The view follows: the father is in the middle now.
+    const auto& d = v->vue().disposition();
+    EXPECT_EQ(d.cases[d.centre].personne, pere);
+    // A click beside every box changes nothing.
+    QTest::mouseClick(v->cadre()->viewport(), Qt::LeftButton, {}, QPoint(2, 2));
+    EXPECT_EQ(fenetre->logique().PersonneEnCours(), pere);
+}
+
+TEST_F(FrmDebutTest, ArrowsMoveBetweenBoxesAndEnterActsAsAClick) {
+    FrmDebutQt* v = Vue();
+    ASSERT_NE(v, nullptr);
+    v->cadre()->setFocus();
+    QWidget* c = v->cadre();
+    EXPECT_EQ(v->vue().PersonneFocus(), moi);
+    QTest::keyClick(c, Qt::Key_Left);
+    EXPECT_EQ(v->vue().PersonneFocus(), pere);
+    QTest::keyClick(c, Qt::Key_Down);
+    EXPECT_EQ(v->vue().PersonneFocus(), mere);
+    // Arrows alone do not move the current person.
+    EXPECT_EQ(fenetre->logique().PersonneEnCours(), moi);
+    QTest::keyClick(c, Qt::Key_Right);
+    QTest::keyClick(c, Qt::Key_Right);
+    EXPECT_TRUE(v->vue().PersonneFocus() == fils || v->vue().PersonneFocus() == fille);
+    const std::uint32_t choisi = v->vue().PersonneFocus();
+    QTest::keyClick(c, Qt::Key_Return);
+    EXPECT_EQ(fenetre->logique().PersonneEnCours(), choisi);
+    EXPECT_EQ(v->vue().PersonneFocus(), choisi);
+}
+
+TEST_F(FrmDebutTest, TheRightClickMenuGoesToTheChosenRelative) {
+    FrmDebutQt* v = Vue();
+    ASSERT_NE(v, nullptr);
+    std::unique_ptr<QMenu> m(v->ConstruitMenu(v->vue().disposition().centre));
+    QStringList textes;
+    QAction* versFille = nullptr;
+    for (QAction* a : m->actions()) {
+        textes << (a->isSeparator() && a->text().isEmpty() ? QStringLiteral("-") : a->text());
+        if (a->data().toULongLong() == fille) versFille = a;
+    }
+    ASSERT_GE(textes.size(), 10) << textes.join('|').toStdString();
+    EXPECT_EQ(textes[1], "-");
+    EXPECT_EQ(textes.count(Q(app->base().NomDates(conj))), 1);
+    EXPECT_EQ(textes[2], M(23));
+    EXPECT_TRUE(textes.contains(M(592))) << textes.join('|').toStdString();
+    EXPECT_TRUE(textes.contains(M(579)));
+    EXPECT_TRUE(textes.contains(M(666)));
+    EXPECT_FALSE(textes.contains(M(910))); // no linked person
+    ASSERT_NE(versFille, nullptr);
+    versFille->trigger();
+    EXPECT_EQ(fenetre->logique().PersonneEnCours(), fille);
+    const auto& d = v->vue().disposition();
+    EXPECT_EQ(d.cases[d.centre].personne, fille);
+}
+
+TEST_F(FrmDebutTest, ShiftsThatDoNotFitAreUndone) {
+    FrmDebutQt* v = Vue();
+    ASSERT_NE(v, nullptr);
+    MDIForm1& L = fenetre->logique();
+    L.DefinitNiveau(1); // 8 boxes
+    const int g = L.porteeGauche, d = L.porteeDroite;
+    L.Aller(gp);
+    // Shifting right on the grandfather needs more boxes than the level
+    // holds: four generations of descendants with spouses.
+    L.Execute(Commande::MnuGauche);
+    const auto& disp = v->vue().disposition();
+    if (disp.etat == '2') {
+        EXPECT_EQ(L.porteeGauche, g);
+        EXPECT_EQ(L.porteeDroite, d);
+    }
+    EXPECT_LE(static_cast<int>(disp.cases.size()), disp.limite);
+}
+
+TEST_F(FrmDebutTest, CapturesOfTheSampleFamily) {
+    const char* dossier = std::getenv("SYLVANE_CAPTURE");
+    const char* base = std::getenv("SYLVANE_CAPTURE_BASE");
+    if (!dossier || !base) GTEST_SKIP() << "SYLVANE_CAPTURE and SYLVANE_CAPTURE_BASE not set";
+    MDIForm1& L = fenetre->logique();
+    ASSERT_TRUE(L.OuvreFichier(base));
+    if (const char* n = std::getenv("SYLVANE_CAPTURE_PERSONNE")) L.Aller(std::strtoul(n, nullptr, 10));
+    for (int niveau : {1, 2, 3, 4}) {
+        L.DefinitNiveau(niveau);
+        FrmDebutQt* v = Vue();
+        ASSERT_NE(v, nullptr);
+        v->cadre()->setFocus();
+        QTest::keyClick(v->cadre(), Qt::Key_Left);
+        QApplication::processEvents();
+        const QString f = QString::fromUtf8(dossier) + "/famille-niveau-" + QString::number(niveau) + ".png";
+        EXPECT_TRUE(fenetre->grab().save(f));
+    }
+}
