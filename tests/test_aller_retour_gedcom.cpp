@@ -152,6 +152,39 @@ TEST(AllerRetourGedcom, UnParentSeulGardeSonMariageEtUnCoupleSansDateNaPasDeMarr
     Stable(e1);
 }
 
+TEST(AllerRetourGedcom, DatesDoubleAnneeCalendrierEtPhrase) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME A /A/\r\n1 BIRT\r\n2 DATE 11 FEB 1731/32\r\n"
+                      "0 @I2@ INDI\r\n1 NAME B /B/\r\n1 BIRT\r\n2 DATE @#DJULIAN@ 11 FEB 1731\r\n"
+                      "0 @I3@ INDI\r\n1 NAME C /C/\r\n1 BIRT\r\n2 DATE @#DFRENCH R@ 1 VEND 0005\r\n"
+                      "0 @I4@ INDI\r\n1 NAME D /D/\r\n1 BIRT\r\n2 DATE INT 1850 (environ)\r\n"
+                      "0 @I5@ INDI\r\n1 NAME E /E/\r\n1 DEAT\r\n2 DATE (vers 1850)\r\n"));
+    EXPECT_EQ(a.b.LitAnNaiss(a.Qui("A")), "1731");
+    EXPECT_EQ(a.b.LitAnNaiss(a.Qui("D")), "1850");
+    EXPECT_EQ(a.b.LitAnDeces(a.Qui("E")), "1850");
+    // What the held date can't write back stays whole in the note.
+    EXPECT_NE(a.b.CorpsNote(a.Qui("A")).find("11 FEB 1731/32"), std::string::npos);
+    EXPECT_NE(a.b.CorpsNote(a.Qui("D")).find("INT 1850 (environ)"), std::string::npos);
+    EXPECT_NE(a.b.CorpsNote(a.Qui("E")).find("(vers 1850)"), std::string::npos);
+    const std::string e1 = a.Exporte();
+    for (const char* ligne : {"2 DATE 11 FEB 1731\r\n", "2 DATE @#DJULIAN@ 11 FEB 1731\r\n",
+                              "2 DATE @#DFRENCH R@ 1 VEND 0005\r\n", "2 DATE 1850\r\n"})
+        EXPECT_NE(e1.find(ligne), std::string::npos) << ligne << e1;
+    for (const char* faux : {"DATE 11 FEB 1/32", "@*D", "ENVI RON", "(ABT"}) EXPECT_EQ(e1.find(faux), std::string::npos) << faux;
+    Stable(e1);
+}
+
+TEST(AllerRetourGedcom, EnteteFormeEnCapitalesSoumetteurEtEspaceInsecableEnAnsel) {
+    Passage a(Fichier("1 SUBM @U1@\r\n0 @U1@ SUBM\r\n1 NAME Cercle de Dijon\r\n1 ADDR 1 rue Haute\r\n2 CONT Dijon\r\n"
+                      "0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 NOTE 100\xA0km\r\n"));
+    const std::string e1 = a.Exporte('2');
+    EXPECT_NE(e1.find("2 FORM LINEAGE-LINKED\r\n"), std::string::npos);
+    EXPECT_NE(e1.find("0 @S1@ SUBM\r\n1 NAME Cercle de Dijon\r\n1 ADDR 1 rue Haute\r\n2 CONT Dijon\r\n"),
+              std::string::npos) << e1;
+    EXPECT_NE(e1.find("1 NOTE 100 km\r\n"), std::string::npos) << e1;
+    EXPECT_NE(e1.find("1 FILE /i.sv2\r\n"), std::string::npos);
+    Stable(e1, '2');
+}
+
 // --- The public corpus ---------------------------------------------------
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";

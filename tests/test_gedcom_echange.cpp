@@ -276,7 +276,7 @@ TEST(GedcomDialecte, UneBaseFaiteALaMainDonneLesLignesAttendues) {
     b.MajEnfants(marie, anne, 'A');
     const std::string attendu =
         "0 HEAD\r\n1 SOUR SYLVANE\r\n2 VERS 2001.0\r\n1 DEST PAF\r\n1 DATE 01 janvier 2001\r\n"
-        "1 GEDC\r\n2 VERS 5.5\r\n2 FORM Lineage-Linked\r\n1 CHAR ANSI\r\n1 FILE /b.sv2\r\n"
+        "1 GEDC\r\n2 VERS 5.5\r\n2 FORM LINEAGE-LINKED\r\n1 CHAR ANSI\r\n1 FILE /b.sv2\r\n"
         "1 LANG French\r\n1 SUBM @S1@\r\n0 @S1@ SUBM\r\n1 NAME Cercle\r\n1 ADDR 1 rue Haute\r\n"
         "2 CONT Dijon\r\n"
         // In the order of the sort table: birth year, then name.

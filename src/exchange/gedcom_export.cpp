@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <array>
 #include <ctime>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <vector>
@@ -120,7 +121,12 @@ class Redacteur {
     std::string Conv(std::string_view t) const {
         switch (jeu_) {
         case '1': return std::string(t);
-        case '2': return Conv_AnsiVersAnsel(t);
+        case '2': {
+            // ANSEL has no non-breaking space: a blank stands for it.
+            std::string s(t);
+            std::replace(s.begin(), s.end(), '\xA0', ' ');
+            return Conv_AnsiVersAnsel(s);
+        }
         case '0': return Conv_AnsiVers437(t);
         case '3': return Conv_AnsiVersHtml(t);
         default: return AnsiVersUtf8(t);
@@ -224,7 +230,7 @@ class Redacteur {
         Ligne(1, "DATE", o_.date.empty() ? Aujourdhui() : o_.date);
         Ligne(1, "GEDC");
         Ligne(2, "VERS", "5.5");
-        Ligne(2, "FORM", "Lineage-Linked");
+        Ligne(2, "FORM", "LINEAGE-LINKED");
         switch (jeu_) {
         case '1': Ligne(1, "CHAR", "ANSI"); break;
         case '2': Ligne(1, "CHAR", "ANSEL"); break;
@@ -232,7 +238,7 @@ class Redacteur {
         case '3': Ligne(1, "CHAR", "HTML"); break;
         default: Ligne(1, "CHAR", "UTF-8"); break;
         }
-        Ligne(1, "FILE", b_.Chemins().base);
+        Ligne(1, "FILE", CheminComplet(b_.Chemins().base));
         Ligne(1, "LANG", "French");
         Ligne(1, "SUBM", "@S1@");
         if (std::uint32_t d = b_.Tete().documentTitre) {
@@ -246,6 +252,11 @@ class Redacteur {
         Ligne(1, "ADDR", p.adresse[0]);
         for (int i = 1; i <= 4; ++i)
             if (!p.adresse[i].empty()) Ligne(2, "CONT", p.adresse[i]);
+    }
+    static std::string CheminComplet(const std::string& chemin) {
+        std::error_code e;
+        const auto p = std::filesystem::absolute(chemin, e);
+        return e ? chemin : p.lexically_normal().string();
     }
     static std::string Aujourdhui() {
         std::time_t t = std::time(nullptr);
@@ -271,7 +282,7 @@ class Redacteur {
     }
 
     static std::string DateRubrique(const ValeurRubrique& v) {
-        return Trim(Conv_DateVersGedcom(v.jourMois, v.annee));
+        return DateGedcomTenue(v.jourMois, v.annee);
     }
     static bool Date(const ValeurRubrique& v) { return !v.jourMois.empty() || !v.annee.empty(); }
 
@@ -325,7 +336,7 @@ class Redacteur {
                        const std::string& lieu) {
             if (date.empty() && an.empty() && lieu.empty()) return;
             Ligne(1, tag);
-            Ligne(2, "DATE", Trim(Conv_DateVersGedcom(date, an)));
+            Ligne(2, "DATE", DateGedcomTenue(date, an));
             if (!lieu.empty()) Ligne(2, "PLAC", lieu);
         };
         vie("BIRT", b_.LitDateNaiss(n), b_.LitAnNaiss(n), b_.LieuNaiss(n));
@@ -434,7 +445,7 @@ class Redacteur {
         const std::string date = b_.DateMariage(m), an = b_.LitAnMariage(m);
         const std::string lieu = b_.LieuMariage(m);
         if (!date.empty() || !an.empty() || !lieu.empty()) Ligne(1, "MARR");
-        if (!date.empty() || !an.empty()) Ligne(2, "DATE", Trim(Conv_DateVersGedcom(date, an)));
+        if (!date.empty() || !an.empty()) Ligne(2, "DATE", DateGedcomTenue(date, an));
         if (!lieu.empty()) Ligne(2, "PLAC", lieu);
         const auto& slots = b_.Tete().rubriquesMariage;
         const TableValeursRubriques v = b_.RubriquesMariage(m);
@@ -539,6 +550,12 @@ class Redacteur {
 };
 
 } // namespace
+
+std::string DateGedcomTenue(std::string_view jourMois, std::string_view annee) {
+    std::string d = Trim(Conv_DateVersGedcom(jourMois, annee));
+    for (auto p = d.find("@*D"); p != std::string::npos; p = d.find("@*D", p + 3)) d[p + 1] = '#';
+    return d;
+}
 
 std::vector<MorceauGedcom> DecoupeLigneGedcom(std::string_view l, bool utf8) {
     std::vector<MorceauGedcom> r;

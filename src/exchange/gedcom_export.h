@@ -52,6 +52,10 @@ FinExport ExporteGedcom(Base& b, SystemeFichiers& fs, const std::string& chemin,
 FinExport ExporteGeneanet(Base& b, SystemeFichiers& fs, const std::string& chemin,
                           const OptionsExport& options);
 
+// The GEDCOM text of a held date. The "#" of a calendar escape, held as
+// "*" since a text of the base cannot hold it, is written back as "#".
+std::string DateGedcomTenue(std::string_view jourMois, std::string_view annee);
+
 // One piece of a cut line: under the line's own tag, or as a CONC line.
 struct MorceauGedcom {
     bool conc = false;

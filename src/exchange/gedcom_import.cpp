@@ -1,5 +1,7 @@
 #include "exchange/gedcom_import.h"
 
+#include "exchange/gedcom_export.h"
+
 #include "store/table_tri.h"
 
 #include "text/dates.h"
@@ -51,11 +53,45 @@ void Exemple(CompteAnomalie& c, std::uint32_t ligne, std::string texte) {
     if (c.exemples.size() < NombreExemples) c.exemples.push_back({ligne, std::move(texte), 0});
 }
 
+// A date's words in one form for comparison: capitals, single blanks.
+std::string FormeDate(std::string_view v) {
+    std::string r;
+    for (char c : v) {
+        if (c == ' ' || c == '\t') {
+            if (!r.empty() && r.back() != ' ') r += ' ';
+        } else {
+            r += static_cast<char>(c >= 'a' && c <= 'z' ? c - 'a' + 'A' : c);
+        }
+    }
+    if (!r.empty() && r.back() == ' ') r.pop_back();
+    return r;
+}
+
 // A date of the file in held form; `ok` false when it could not be split
-// into a year of four characters at most.
-DateTenue DateTenueDe(std::string_view v, bool& ok) {
-    DateTenue d = Conv_DateEtrangere(Propre(v));
+// into a year of four characters at most. A date phrase gives the date
+// it holds ("INT 1850 (environ)" and "(vers 1850)" give 1850) and a dual
+// year its first year ("1731/32" gives 1731). `exacte` false when the
+// held form does not write the file's text back: the caller keeps that
+// text in a note. The "#" of a calendar escape, which a text of the base
+// cannot hold, is held as "*" ("@*DJULIAN@"), and written back as "#".
+DateTenue DateTenueDe(std::string_view v, bool& ok, bool* exacte = nullptr) {
+    std::string s = Trim(Propre(v));
+    if (const auto p = s.find('('); p != std::string::npos) {
+        const auto f = s.find(')', p);
+        std::string avant = Trim(s.substr(0, p));
+        if (avant.size() > 4 && FormeDate(avant.substr(0, 4)) == "INT" && avant[3] == ' ')
+            avant = Trim(avant.substr(4));
+        s = !avant.empty() ? avant : Trim(s.substr(p + 1, f == std::string::npos ? f : f - p - 1));
+    }
+    // A dual year: digits, "/", one or two digits, at the end.
+    if (const auto b = s.rfind('/'); b != std::string::npos && b > 0 && s.size() - b <= 3 &&
+                                     s.size() - b >= 2 && std::isdigit(static_cast<unsigned char>(s[b - 1])) &&
+                                     std::all_of(s.begin() + static_cast<long>(b) + 1, s.end(),
+                                                 [](char c) { return std::isdigit(static_cast<unsigned char>(c)); }))
+        s.resize(b);
+    DateTenue d = Conv_DateEtrangere(s);
     ok = d.annee.size() <= 4;
+    if (exacte) *exacte = ok && FormeDate(DateGedcomTenue(d.jourMois, d.annee)) == FormeDate(v);
     return d;
 }
 
@@ -142,6 +178,15 @@ class Importeur {
         std::string l = s.tag + " " + date + " ";
         if (!r.valeur.empty()) l += s.symbole + VersPoints(r.valeur);
         return l;
+    }
+
+    // The held form of the date of line x; a date that it does not write
+    // back as the file has it also goes into the note, after `libelle`.
+    DateTenue Date(std::size_t x, bool& ok, std::string& note, std::string_view libelle) {
+        bool exacte = true;
+        DateTenue d = DateTenueDe(g_.valeur(x), ok, &exacte);
+        if (ok && !exacte) Ajoute(note, Conv_LibelleTag(libelle) + " : " + Valeur(x));
+        return d;
     }
 
     // --- Lines kept in a note
@@ -279,7 +324,7 @@ class Importeur {
                     const std::string_view t = Tag(x);
                     if (t == "DATE") {
                         bool ok = true;
-                        DateTenue d = DateTenueDe(g_.valeur(x), ok);
+                        DateTenue d = Date(x, ok, note, tag);
                         if (ok) (b ? naiss : deces) = d;
                         else EnNote(note, x, 0, false);
                     } else if (t == "PLAC") {
@@ -314,7 +359,7 @@ class Importeur {
                 for (std::size_t x : g_.sousLignes(s)) {
                     const std::string_view tx = Tag(x);
                     if (tx == "DATE" && dateTexte.empty()) {
-                        d = DateTenueDe(g_.valeur(x), dateOk);
+                        d = Date(x, dateOk, note, t.empty() ? std::string_view(libelle) : std::string_view(t));
                         dateTexte = Trim(Valeur(x));
                     } else if (tx == "PLAC" && valeur.empty()) {
                         valeur = Valeur(x);
@@ -566,7 +611,7 @@ class Importeur {
                 for (std::size_t x : g_.sousLignes(s)) {
                     if (Tag(x) == "DATE") {
                         bool ok = true;
-                        DateTenue t = DateTenueDe(g_.valeur(x), ok);
+                        DateTenue t = Date(x, ok, note, "MARR");
                         if (ok) d = t;
                         else Ajoute(note, Valeur(x));
                     } else if (Tag(x) == "PLAC") {
@@ -580,7 +625,7 @@ class Importeur {
                 bool ok = true;
                 std::string v = Valeur(s);
                 for (std::size_t x : g_.sousLignes(s)) {
-                    if (Tag(x) == "DATE") dt = DateTenueDe(g_.valeur(x), ok);
+                    if (Tag(x) == "DATE") dt = Date(x, ok, note, tag);
                     else if (Tag(x) == "PLAC" && v.empty()) v = Valeur(x);
                 }
                 const int k = Slot(slots, tag);
