@@ -1,0 +1,133 @@
+// The settings dialog with its real widgets: a colour and a number changed
+// and confirmed reach the settings and the store; Cancel leaves them; a
+// wrong value keeps the dialog on the tab of the value.
+#include "app/fenetre_principale.h"
+#include "app/frm_parametre.h"
+#include "store/fichier.h"
+#include "support/dossier_temp.h"
+#include "text/reglages.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QTabWidget>
+
+#include <gtest/gtest.h>
+
+using namespace sylvane;
+
+namespace {
+
+QApplication& Appli() {
+    static int argc = 1;
+    static char* argv[] = {const_cast<char*>("t")};
+    static QApplication app(argc, argv);
+    return app;
+}
+
+struct ParametreQt : ::testing::Test {
+    test::DossierTemp dossier;
+    ReglagesMemoire reglages;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<MDIForm1Qt> fenetre;
+    std::string chemin;
+
+    void SetUp() override {
+        Appli();
+        chemin = dossier / "famille.sv2";
+        {
+            Parametres p;
+            Base b(systemeReel(), p);
+            b.Nouvelle(chemin);
+            b.CreePersonne("Martin", "Jean", "", 'H', "1900");
+            b.FermeBase();
+        }
+        reglages.ecrit("Defaut", "Travail", dossier.chemin());
+        app = std::make_unique<Application>(systemeReel(), reglages,
+                                            std::string(SYLVANE_BINARY_DIR) + "/src");
+        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        fenetre->logique().Demarre({chemin});
+    }
+    void TearDown() override {
+        fenetre->logique().Termine();
+        fenetre.reset();
+    }
+    template <class W> W* Champ(QWidget* f, const char* nom) {
+        auto* w = f->findChild<W*>(QString::fromLatin1(nom));
+        EXPECT_NE(w, nullptr) << nom;
+        return w;
+    }
+};
+
+TEST_F(ParametreQt, AColourAndANumberConfirmedReachTheSettings) {
+    ASSERT_TRUE(app->BaseOuverte());
+    auto* f = new FrmParametreQt(fenetre->contexte());
+    f->show();
+    EXPECT_EQ(f->onglets()->count(), 8);
+    f->DefinitCouleur(2, QColor(0x11, 0x22, 0x33));
+    Champ<QSpinBox>(f, "TxtFrequence")->setValue(7);
+    Champ<QSpinBox>(f, "TxtCases3")->setValue(40);
+    Champ<QCheckBox>(f, "ChkDegrade")->setChecked(false);
+    // A particle added through its entry and flagged for first names.
+    auto* particules = f->findChild<QWidget*>(QStringLiteral("LstParticules"));
+    ASSERT_NE(particules, nullptr);
+    auto* entree = particules->findChild<QComboBox*>();
+    entree->setEditText(QStringLiteral("ter"));
+    QMetaObject::invokeMethod(entree->lineEdit(), "returnPressed");
+    Champ<QCheckBox>(f, "ChkParticulePrenom")->setChecked(true);
+    Champ<QPushButton>(f, "CmdOk")->click();
+
+    const Parametres& p = app->parametres();
+    EXPECT_EQ(p.couleurCadreFemme, 0x332211);
+    EXPECT_EQ(p.frequenceSauvegarde, 7);
+    EXPECT_EQ(p.nombreCases[2], 40);
+    EXPECT_FALSE(p.degrade);
+    EXPECT_EQ(p.particules.back().texte, "ter");
+    EXPECT_TRUE(p.particules.back().prenom);
+    EXPECT_EQ(reglages.lit("Defaut", "Couleur Cadre Femme", ""), std::to_string(0x332211));
+    EXPECT_EQ(reglages.lit("Particule", "ter", ""), "1 1");
+    // The colours and boxes are kept with the base as well.
+    EXPECT_EQ(reglages.lit(app->base().Chemins().base, "Nombre Cases 3", ""), "40");
+    EXPECT_FALSE(f->isVisible());
+    delete f;
+}
+
+TEST_F(ParametreQt, CancelLeavesTheSettings) {
+    auto* f = new FrmParametreQt(fenetre->contexte());
+    f->show();
+    f->DefinitCouleur(0, Qt::red);
+    Champ<QSpinBox>(f, "TxtParente")->setValue(33);
+    Champ<QLineEdit>(f, "TxtAuteur")->setText(QStringLiteral("x"));
+    Champ<QPushButton>(f, "CmdAnnuler")->click();
+    EXPECT_EQ(app->parametres().couleurFond, 16711808);
+    EXPECT_EQ(app->parametres().maximumRechercheParente, 10);
+    EXPECT_EQ(reglages.lit("Defaut", "Couleur Fond", ""), "16711808");
+    delete f;
+}
+
+TEST_F(ParametreQt, EveryTabIsFilledFromTheSettings) {
+    auto* f = new FrmParametreQt(fenetre->contexte());
+    const Parametres& p = app->parametres();
+    EXPECT_EQ(Champ<QListWidget>(f, "LstParticulesListe")->count(), static_cast<int>(p.particules.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstIconesListe")->count(), static_cast<int>(p.icones.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstEvenementsListe")->count(), static_cast<int>(p.temoins.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstRolesListe")->count(), static_cast<int>(p.temoins[0].roles.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstGraphismeListe")->count(), static_cast<int>(p.graphisme.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstTypesDocumentListe")->count(),
+              static_cast<int>(p.typesDocument.size()));
+    EXPECT_EQ(Champ<QListWidget>(f, "LstAffichageListe")->count(), static_cast<int>(p.affichageNom.size()));
+    EXPECT_EQ(Champ<QSpinBox>(f, "TxtCases4")->value(), p.nombreCases[3]);
+    // A role's flags follow the role chosen and change it.
+    auto* roles = Champ<QListWidget>(f, "LstRolesListe");
+    roles->setCurrentRow(0); // "M CHIL" of a birth
+    EXPECT_TRUE(Champ<QCheckBox>(f, "ChkObligatoire")->isChecked());
+    Champ<QComboBox>(f, "LstSexe")->setCurrentIndex(2);
+    EXPECT_EQ(f->logique().etat.p.temoins[0].roles[0], "MFCHIL");
+    delete f;
+}
+
+} // namespace
