@@ -160,6 +160,21 @@ TEST(ListeNoms, YearSortedBaseSeeksTheYearAndScansForNames) {
     EXPECT_EQ(l.Choix(), p.legall);
     EXPECT_FALSE(l.Cherche("personne"));
     EXPECT_EQ(l.Choix(), p.legall);
+
+    // A slice at a time, the walk ends on the same row; a new search drops
+    // the walk under way.
+    using R = ListeNoms::Resultat;
+    EXPECT_EQ(l.Lance(ListeNoms::Sens::Premiere, "dupont", 1), R::EnCours);
+    R r = R::EnCours;
+    int tranches = 1;
+    while (r == R::EnCours && tranches < 100) r = l.Poursuit(1), ++tranches;
+    EXPECT_EQ(r, R::Trouve);
+    EXPECT_GT(tranches, 1);
+    EXPECT_TRUE(l.Choix() == p.dupont1 || l.Choix() == p.dupont2);
+    EXPECT_EQ(l.Lance(ListeNoms::Sens::Suivante, "\xE9luard", 1), R::EnCours);
+    EXPECT_EQ(l.Lance(ListeNoms::Sens::Premiere, "17", 1), R::Trouve);
+    EXPECT_EQ(l.Choix(), p.martin1700);
+    EXPECT_EQ(l.Poursuit(5), R::Absent);
 }
 
 TEST(ListeNoms, UnsortedBaseScans) {

@@ -7,14 +7,15 @@
 #include <QApplication>
 #include <QDialog>
 #include <QHBoxLayout>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QLocale>
-#include <QPainter>
 #include <QPushButton>
+#include <QTableView>
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace sylvane {
@@ -33,46 +34,23 @@ constexpr int kMsgAideFamille = 3313;
 constexpr int kMsgAideMarque = 3314;
 constexpr int kLignesLues = 512;
 constexpr int kMarge = 4;              // inner space of a column
-
-// The captions above the columns, on the same edges as the rows.
-class EnteteNoms : public QWidget {
-  public:
-    EnteteNoms(QListView* vue, QWidget* parent) : QWidget(parent), vue_(vue) {
-        setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    }
-    QSize sizeHint() const override { return {100, fontMetrics().height() + 2 * kMarge}; }
-
-  protected:
-    void paintEvent(QPaintEvent*) override {
-        QPainter p(this);
-        QFont gras = font();
-        gras.setBold(true);
-        p.setFont(gras);
-        const int x0 = vue_->viewport()->mapTo(this, QPoint(0, 0)).x();
-        const auto bords = DelegueNoms::Bords(fontMetrics(), vue_->viewport()->width());
-        p.setPen(palette().color(QPalette::WindowText));
-        for (int c = 0; c < ModeleNoms::kColonnes; ++c) {
-            const QRect r(x0 + bords[c] + kMarge, 0, bords[c + 1] - bords[c] - 2 * kMarge, height());
-            const int align = c == 0 ? Qt::AlignRight : Qt::AlignLeft;
-            p.drawText(r, align | Qt::AlignVCenter,
-                       QFontMetrics(gras).elidedText(M(kMsgColonnes + c), Qt::ElideRight, r.width()));
-        }
-    }
-
-  private:
-    QListView* vue_;
-};
+// Rows read by one slice of a walk through the list (some milliseconds).
+constexpr std::size_t kTranche = 4000;
 
 } // namespace
 
 // --- Model --------------------------------------------------------------------------------------
 
 ModeleNoms::ModeleNoms(ListeNoms& liste, QObject* parent)
-    : QAbstractListModel(parent), liste_(liste) {}
+    : QAbstractTableModel(parent), liste_(liste) {}
 
 int ModeleNoms::rowCount(const QModelIndex& parent) const {
     if (parent.isValid()) return 0;
     return static_cast<int>(std::min<std::size_t>(liste_.Nombre(), INT32_MAX));
+}
+
+int ModeleNoms::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColonnes;
 }
 
 const LigneNom& ModeleNoms::Ligne(int ligne) const {
@@ -84,14 +62,14 @@ const LigneNom& ModeleNoms::Ligne(int ligne) const {
 
 QVariant ModeleNoms::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) return {};
-    const int colonne = role - kRoleColonne;
-    if (role != Qt::DisplayRole && role != kRolePersonne && role != Qt::ToolTipRole &&
-        (colonne < 0 || colonne >= kColonnes))
-        return {};
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignVCenter |
+                                   (index.column() == 0 ? Qt::AlignRight : Qt::AlignLeft));
+    if (role != Qt::DisplayRole && role != kRolePersonne && role != Qt::ToolTipRole) return {};
     const LigneNom& l = Ligne(index.row());
     if (role == kRolePersonne) return QVariant::fromValue(l.numero);
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Q(l.Texte());
-    switch (colonne) {
+    if (role == Qt::ToolTipRole) return Q(l.Texte());
+    switch (index.column()) {
     case 0: return QString::number(l.numero);
     case 1: return Q(l.nom);
     case 2: return Q(l.famille);
@@ -101,52 +79,14 @@ QVariant ModeleNoms::data(const QModelIndex& index, int role) const {
     }
 }
 
-// --- Rows ---------------------------------------------------------------------------------------
-
-std::array<int, ModeleNoms::kColonnes + 1> DelegueNoms::Bords(const QFontMetrics& fm, int largeur) {
-    // Each column but the name is as wide as its widest text or its caption.
-    auto large = [&](int c, const QString& exemple) {
-        return std::max(fm.horizontalAdvance(exemple), fm.horizontalAdvance(M(kMsgColonnes + c))) +
-               2 * kMarge + fm.horizontalAdvance(QLatin1Char(' '));
-    };
-    const int numero = large(0, QStringLiteral("0000000"));
-    const int famille = large(2, QStringLiteral("xx"));
-    const int dates = large(3, QStringLiteral("(~1850-~1910)"));
-    const int sexe = large(4, QStringLiteral("H"));
-    const int marque = large(5, QStringLiteral("*"));
-    const int nom = std::max(largeur - numero - famille - dates - sexe - marque, 8 * fm.averageCharWidth());
-    std::array<int, ModeleNoms::kColonnes + 1> b{};
-    const int largeurs[] = {numero, nom, famille, dates, sexe, marque};
-    for (int c = 0; c < ModeleNoms::kColonnes; ++c) b[c + 1] = b[c] + largeurs[c];
-    return b;
-}
-
-void DelegueNoms::paint(QPainter* p, const QStyleOptionViewItem& option,
-                        const QModelIndex& index) const {
-    QStyleOptionViewItem opt = option;
-    initStyleOption(&opt, index);
-    opt.text.clear();
-    const QWidget* w = option.widget;
-    QStyle* style = w ? w->style() : QApplication::style();
-    style->drawControl(QStyle::CE_ItemViewItem, &opt, p, w);
-
-    const bool choisie = option.state & QStyle::State_Selected;
-    p->save();
-    p->setPen(option.palette.color(choisie ? QPalette::HighlightedText : QPalette::Text));
-    const auto bords = Bords(option.fontMetrics, option.rect.width());
-    for (int c = 0; c < ModeleNoms::kColonnes; ++c) {
-        const QRect r(option.rect.left() + bords[c] + kMarge, option.rect.top(),
-                      bords[c + 1] - bords[c] - 2 * kMarge, option.rect.height());
-        const QString t = index.data(ModeleNoms::kRoleColonne + c).toString();
-        const int align = c == 0 ? Qt::AlignRight : Qt::AlignLeft;
-        p->drawText(r, align | Qt::AlignVCenter,
-                    option.fontMetrics.elidedText(t, Qt::ElideRight, r.width()));
-    }
-    p->restore();
-}
-
-QSize DelegueNoms::sizeHint(const QStyleOptionViewItem& option, const QModelIndex&) const {
-    return {option.rect.width(), option.fontMetrics.height() + kMarge};
+QVariant ModeleNoms::headerData(int section, Qt::Orientation o, int role) const {
+    if (o != Qt::Horizontal || section < 0 || section >= kColonnes) return {};
+    if (role == Qt::DisplayRole) return M(kMsgColonnes + section);
+    if (role == Qt::ToolTipRole && section == 2) return MT(kMsgAideFamille);
+    if (role == Qt::ToolTipRole && section == 5) return MT(kMsgAideMarque);
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(Qt::AlignVCenter | (section == 0 ? Qt::AlignRight : Qt::AlignLeft));
+    return {};
 }
 
 // --- Form ---------------------------------------------------------------------------------------
@@ -164,16 +104,25 @@ FrmNomQt::FrmNomQt(Base* base, std::uint32_t depart, int titre, QWidget* parent)
     suivant_ = new QPushButton(this);
     for (QPushButton* b : {precedent_, suivant_}) b->setAutoDefault(false);
 
-    vue_ = new QListView(this);
+    vue_ = new QTableView(this);
     vue_->setObjectName(QStringLiteral("DefilementV1"));
-    vue_->setUniformItemSizes(true);
     vue_->setAlternatingRowColors(true);
+    vue_->setShowGrid(false);
+    vue_->setWordWrap(false);
     vue_->setSelectionMode(QAbstractItemView::SingleSelection);
+    vue_->setSelectionBehavior(QAbstractItemView::SelectRows);
     vue_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     vue_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    vue_->setItemDelegate(new DelegueNoms(vue_));
+    // Rows of one fixed height: the grid finds a row by arithmetic and
+    // never measures the others.
+    vue_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    vue_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kMarge);
+    vue_->verticalHeader()->hide();
+    vue_->horizontalHeader()->setHighlightSections(false);
+    vue_->horizontalHeader()->setSectionsClickable(false);
     vue_->setModel(modele_.get());
-    entete_ = new EnteteNoms(vue_, this);
+    poursuite_ = new QTimer(this);
+    poursuite_->setInterval(0);
 
     nombre_ = new QLabel(this);
     ok_ = new QPushButton(this);
@@ -192,9 +141,6 @@ FrmNomQt::FrmNomQt(Base* base, std::uint32_t depart, int titre, QWidget* parent)
     bas->addWidget(annuler_);
     auto* l = new QVBoxLayout(this);
     l->addLayout(haut);
-    l->addSpacing(4);
-    l->addWidget(entete_);
-    l->setSpacing(2);
     l->addWidget(vue_, 1);
     l->addSpacing(4);
     l->addLayout(bas);
@@ -207,27 +153,24 @@ FrmNomQt::FrmNomQt(Base* base, std::uint32_t depart, int titre, QWidget* parent)
     position_->installEventFilter(this);
     vue_->installEventFilter(this);
 
-    connect(position_, &QLineEdit::textEdited, this, [this](const QString& t) {
-        liste_->Cherche(A(t));
-        Montre(liste_->Courante());
-    });
-    connect(precedent_, &QPushButton::clicked, this, [this] {
-        if (liste_->Precedente(A(position_->text()))) Montre(liste_->Courante());
-    });
-    connect(suivant_, &QPushButton::clicked, this, [this] {
-        if (liste_->Suivante(A(position_->text()))) Montre(liste_->Courante());
-    });
+    auto lance = [this](ListeNoms::Sens sens) {
+        Suite(liste_->Lance(sens, A(position_->text()), kTranche));
+    };
+    connect(position_, &QLineEdit::textEdited, this, [lance] { lance(ListeNoms::Sens::Premiere); });
+    connect(precedent_, &QPushButton::clicked, this, [lance] { lance(ListeNoms::Sens::Precedente); });
+    connect(suivant_, &QPushButton::clicked, this, [lance] { lance(ListeNoms::Sens::Suivante); });
+    connect(poursuite_, &QTimer::timeout, this, [this] { Suite(liste_->Poursuit(kTranche)); });
     connect(vue_->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this](const QModelIndex& i) {
                 if (i.isValid()) liste_->Place(static_cast<std::size_t>(i.row()));
             });
-    connect(vue_, &QListView::doubleClicked, this, [this](const QModelIndex&) { Accepte(); });
+    connect(vue_, &QTableView::doubleClicked, this, [this](const QModelIndex&) { Accepte(); });
     connect(ok_, &QPushButton::clicked, this, &FrmNomQt::Accepte);
     connect(annuler_, &QPushButton::clicked, this, &FrmNomQt::Annule);
 
     Retraduit();
     const QFontMetrics fm = fontMetrics();
-    resize(fm.averageCharWidth() * 90, (fm.height() + kMarge) * 24 + 6 * fm.height());
+    resize(fm.averageCharWidth() * 100, (fm.height() + kMarge) * 24 + 6 * fm.height());
     liste_->Depart(depart);
     Montre(liste_->Courante());
     position_->setFocus();
@@ -246,19 +189,50 @@ void FrmNomQt::Retraduit() {
     suivant_->setText(M(kMsgSuivant));
     ok_->setText(M(kMsgOk));
     annuler_->setText(M(kMsgAnnuler));
-    entete_->setToolTip(MT(kMsgAideFamille) + QLatin1Char('\n') + MT(kMsgAideMarque));
     nombre_->setText(MT(kMsgNombre, QLocale().toString(static_cast<qulonglong>(liste_->Nombre()))));
-    entete_->update();
+    modele_->Retraduit();
+    Largeurs();
+}
+
+void FrmNomQt::Largeurs() {
+    // Each column but the name is as wide as its widest text or its
+    // caption, measured on samples: measuring the rows would read them all.
+    QHeaderView* h = vue_->horizontalHeader();
+    const QFontMetrics fm = fontMetrics();
+    const QString exemples[] = {QStringLiteral("0000000"), {}, QStringLiteral("xx"),
+                                QStringLiteral("(~1850-~1910)"), QStringLiteral("H"),
+                                QStringLiteral("*")};
+    for (int c = 0; c < ModeleNoms::kColonnes; ++c) {
+        if (c == 1) {
+            h->setSectionResizeMode(c, QHeaderView::Stretch);
+            continue;
+        }
+        h->setSectionResizeMode(c, QHeaderView::Fixed);
+        h->resizeSection(c, std::max(fm.horizontalAdvance(exemples[c]),
+                                     fm.horizontalAdvance(M(kMsgColonnes + c))) +
+                                4 * kMarge);
+    }
+}
+
+void FrmNomQt::Suite(ListeNoms::Resultat r) {
+    if (r == ListeNoms::Resultat::EnCours) {
+        poursuite_->start();
+        return;
+    }
+    poursuite_->stop();
+    Montre(liste_->Courante());
 }
 
 void FrmNomQt::Montre(std::size_t ligne) {
     if (liste_->Nombre() == 0) return;
-    const QModelIndex i = modele_->index(static_cast<int>(ligne));
-    vue_->selectionModel()->setCurrentIndex(i, QItemSelectionModel::ClearAndSelect);
+    const QModelIndex i = modele_->index(static_cast<int>(ligne), 0);
+    vue_->selectionModel()->setCurrentIndex(
+        i, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     vue_->scrollTo(i, QAbstractItemView::PositionAtCenter);
 }
 
 void FrmNomQt::Accepte() {
+    poursuite_->stop();
     choix_ = liste_->Choix();
     Q_EMIT Termine(true);
     if (auto* d = qobject_cast<QDialog*>(window())) d->accept();

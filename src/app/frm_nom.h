@@ -1,6 +1,7 @@
 // `FrmNom`, the general list of names and the person picker of every
-// "choose a person". The list view reads only the rows it draws (a lazy
-// model with rows of one height), so it opens at once on any base; typing
+// "choose a person". The grid reads only the rows it draws (a lazy model
+// shown with rows of one fixed height, so that nothing lays out every row:
+// a list view would), and opens at once on any base; typing
 // in `TxPosition` moves it to the name, `C_Prec` and its twin to the
 // previous and next match. Enter or a double click chooses, Escape cancels.
 #pragma once
@@ -8,8 +9,7 @@
 #include "app/formulaires.h"
 #include "ui/liste_noms.h"
 
-#include <QAbstractListModel>
-#include <QStyledItemDelegate>
+#include <QAbstractTableModel>
 
 #include <cstdint>
 #include <memory>
@@ -17,7 +17,8 @@
 
 class QLabel;
 class QLineEdit;
-class QListView;
+class QTableView;
+class QTimer;
 class QPushButton;
 
 namespace sylvane {
@@ -25,35 +26,25 @@ namespace sylvane {
 class Base;
 
 // The rows of a ListeNoms, read when Qt asks for them; a few hundred rows
-// read last are kept.
-class ModeleNoms : public QAbstractListModel {
+// read last are kept. Columns: number, name, family, dates, sex, mark.
+class ModeleNoms : public QAbstractTableModel {
     Q_OBJECT
   public:
-    // The texts of a row's columns: number, name, family, dates, sex, mark.
-    static constexpr int kRoleColonne = Qt::UserRole + 1; // + column
     static constexpr int kRolePersonne = Qt::UserRole;
     static constexpr int kColonnes = 6;
 
     explicit ModeleNoms(ListeNoms& liste, QObject* parent = nullptr);
     int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation o, int role) const override;
+    // The language changed: captions again.
+    void Retraduit() { Q_EMIT headerDataChanged(Qt::Horizontal, 0, kColonnes - 1); }
 
   private:
     const LigneNom& Ligne(int ligne) const;
     ListeNoms& liste_;
     mutable std::unordered_map<int, LigneNom> lues_;
-};
-
-// Draws a row as the columns of a grid.
-class DelegueNoms : public QStyledItemDelegate {
-    Q_OBJECT
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-    // Left edges of the columns (and the right end) for a row of this width.
-    static std::array<int, ModeleNoms::kColonnes + 1> Bords(const QFontMetrics& fm, int largeur);
-    void paint(QPainter* p, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const override;
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 };
 
 class FrmNomQt : public FormulaireQt {
@@ -68,7 +59,7 @@ class FrmNomQt : public FormulaireQt {
     bool Modal() const override { return true; }
 
     ListeNoms& liste() { return *liste_; }
-    QListView* vue() const { return vue_; }
+    QTableView* vue() const { return vue_; }
     QLineEdit* position() const { return position_; }
 
   Q_SIGNALS:
@@ -80,6 +71,9 @@ class FrmNomQt : public FormulaireQt {
 
   private:
     void Montre(std::size_t ligne);
+    void Largeurs();
+    // A search row by row goes on a slice at a time between events.
+    void Suite(ListeNoms::Resultat r);
     void Accepte();
     void Annule();
 
@@ -91,8 +85,8 @@ class FrmNomQt : public FormulaireQt {
     QLineEdit* position_;
     QPushButton* precedent_;
     QPushButton* suivant_;
-    QWidget* entete_;
-    QListView* vue_;
+    QTableView* vue_;
+    QTimer* poursuite_;
     QLabel* nombre_;
     QPushButton* ok_;
     QPushButton* annuler_;

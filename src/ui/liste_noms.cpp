@@ -182,75 +182,88 @@ std::size_t ListeNoms::FinPrefixe(std::string_view cle, std::size_t depuis) {
 }
 
 bool ListeNoms::Cherche(std::string_view texte) {
-    const Motif m = Prepare(texte);
-    const std::size_t nb = Nombre();
-    if (m.prefixes.empty() || nb == 0) return false;
-    if (Trie(m)) {
-        for (const auto& p : m.prefixes) {
-            const std::size_t i = BorneInferieure(p);
-            if (i < nb && Cle(i).starts_with(p)) {
-                Place(i);
-                return true;
-            }
-        }
-        Place(BorneInferieure(m.prefixes.front()));
-        return false;
-    }
-    for (std::size_t k = 0; k < nb; ++k) {
-        const std::size_t i = (courante_ + k) % nb;
-        if (Correspond(i, m)) {
-            Place(i);
-            return true;
-        }
-    }
-    return false;
+    return Lance(Sens::Premiere, texte, SIZE_MAX) == Resultat::Trouve;
 }
 
 bool ListeNoms::Precedente(std::string_view texte) {
-    const Motif m = Prepare(texte);
-    if (m.prefixes.empty() || courante_ == 0 || Nombre() == 0) return false;
-    if (Trie(m)) {
-        std::optional<std::size_t> meilleure;
-        for (const auto& p : m.prefixes) {
-            const std::size_t debut = BorneInferieure(p), fin = FinPrefixe(p, debut);
-            if (debut < fin && debut < courante_) {
-                const std::size_t i = std::min(courante_ - 1, fin - 1);
-                if (!meilleure || i > *meilleure) meilleure = i;
-            }
-        }
-        if (!meilleure) return false;
-        Place(*meilleure);
-        return true;
-    }
-    for (std::size_t i = courante_; i-- > 0;)
-        if (Correspond(i, m)) {
-            Place(i);
-            return true;
-        }
-    return false;
+    return Lance(Sens::Precedente, texte, SIZE_MAX) == Resultat::Trouve;
 }
 
 bool ListeNoms::Suivante(std::string_view texte) {
-    const Motif m = Prepare(texte);
+    return Lance(Sens::Suivante, texte, SIZE_MAX) == Resultat::Trouve;
+}
+
+ListeNoms::Resultat ListeNoms::Lance(Sens sens, std::string_view texte, std::size_t limite) {
+    parcours_ = {};
+    Motif m = Prepare(texte);
     const std::size_t nb = Nombre();
-    if (m.prefixes.empty() || nb == 0) return false;
+    if (m.prefixes.empty() || nb == 0) return Resultat::Absent;
     if (Trie(m)) {
+        // The keys that start with a prefix stand together: bisection.
         std::optional<std::size_t> meilleure;
         for (const auto& p : m.prefixes) {
-            const std::size_t debut = BorneInferieure(p), fin = FinPrefixe(p, debut);
-            const std::size_t i = std::max(courante_ + 1, debut);
-            if (i < fin && (!meilleure || i < *meilleure)) meilleure = i;
+            const std::size_t debut = BorneInferieure(p);
+            if (sens == Sens::Premiere) {
+                if (debut < nb && Cle(debut).starts_with(p)) {
+                    meilleure = debut;
+                    break;
+                }
+                continue;
+            }
+            const std::size_t fin = FinPrefixe(p, debut);
+            if (sens == Sens::Precedente && debut < fin && debut < courante_) {
+                const std::size_t i = std::min(courante_ - 1, fin - 1);
+                if (!meilleure || i > *meilleure) meilleure = i;
+            } else if (sens == Sens::Suivante) {
+                const std::size_t i = std::max(courante_ + 1, debut);
+                if (i < fin && (!meilleure || i < *meilleure)) meilleure = i;
+            }
         }
-        if (!meilleure) return false;
-        Place(*meilleure);
-        return true;
+        if (meilleure) Place(*meilleure);
+        // No match: the first search goes where the text would stand.
+        else if (sens == Sens::Premiere) Place(BorneInferieure(m.prefixes.front()));
+        return meilleure ? Resultat::Trouve : Resultat::Absent;
     }
-    for (std::size_t i = courante_ + 1; i < nb; ++i)
-        if (Correspond(i, m)) {
+    parcours_.motif = std::move(m);
+    switch (sens) {
+    case Sens::Premiere:
+        parcours_.prochaine = courante_;
+        parcours_.restant = nb;
+        parcours_.boucle = true;
+        break;
+    case Sens::Suivante:
+        parcours_.prochaine = courante_ + 1;
+        parcours_.restant = nb - courante_ - 1;
+        break;
+    case Sens::Precedente:
+        parcours_.prochaine = courante_ - 1;
+        parcours_.restant = courante_;
+        parcours_.arriere = true;
+        break;
+    }
+    return Parcourt(limite);
+}
+
+ListeNoms::Resultat ListeNoms::Poursuit(std::size_t limite) {
+    if (parcours_.restant == 0) return Resultat::Absent;
+    return Parcourt(limite);
+}
+
+ListeNoms::Resultat ListeNoms::Parcourt(std::size_t limite) {
+    Parcours& p = parcours_;
+    const std::size_t nb = Nombre();
+    for (std::size_t lus = 0; p.restant > 0 && lus < limite; ++lus) {
+        const std::size_t i = p.prochaine;
+        --p.restant;
+        if (p.arriere) --p.prochaine;
+        else if (++p.prochaine == nb && p.boucle) p.prochaine = 0;
+        if (i < nb && Correspond(i, p.motif)) {
+            p.restant = 0;
             Place(i);
-            return true;
+            return Resultat::Trouve;
         }
-    return false;
+    }
+    return p.restant > 0 ? Resultat::EnCours : Resultat::Absent;
 }
 
 } // namespace sylvane

@@ -64,6 +64,15 @@ class ListeNoms {
     bool Precedente(std::string_view texte);
     bool Suivante(std::string_view texte);
 
+    // The same searches a slice at a time, so that a window stays live
+    // while a million rows are walked: at most `limite` rows are read by a
+    // call; `EnCours` asks for `Poursuit` until the answer comes. A new
+    // search drops the one under way.
+    enum class Sens { Premiere, Precedente, Suivante };
+    enum class Resultat { Trouve, Absent, EnCours };
+    Resultat Lance(Sens sens, std::string_view texte, std::size_t limite);
+    Resultat Poursuit(std::size_t limite);
+
   private:
     // The prefixes that the typed text may stand for, and whether they are
     // compared with whole sort keys (then in order) or with the name part.
@@ -81,9 +90,18 @@ class ListeNoms {
     std::size_t FinPrefixe(std::string_view cle, std::size_t depuis);
     std::string_view Cle(std::size_t ligne);
 
+    Resultat Parcourt(std::size_t limite);
+
     Base* base_;
     char mode_ = '0';
     std::size_t courante_ = 0;
+    // The walk under way: its pattern, the next row, the rows left, the
+    // direction, and whether it goes round the end.
+    struct Parcours {
+        Motif motif;
+        std::size_t prochaine = 0, restant = 0;
+        bool arriere = false, boucle = false;
+    } parcours_;
 };
 
 } // namespace sylvane

@@ -6,7 +6,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
-#include <QListView>
+#include <QTableView>
 #include <QTest>
 #include <QTimer>
 
