@@ -189,6 +189,7 @@ TEST_F(FrmDebutTest, CapturesOfTheSampleFamily) {
     const char* base = std::getenv("SYLVANE_CAPTURE_BASE");
     if (!dossier || !base) GTEST_SKIP() << "SYLVANE_CAPTURE and SYLVANE_CAPTURE_BASE not set";
     MDIForm1& L = fenetre->logique();
+    fenetre->resize(1400, 900);
     ASSERT_TRUE(L.OuvreFichier(base));
     if (const char* n = std::getenv("SYLVANE_CAPTURE_PERSONNE")) L.Aller(std::strtoul(n, nullptr, 10));
     for (int niveau : {1, 2, 3, 4}) {
@@ -196,7 +197,6 @@ TEST_F(FrmDebutTest, CapturesOfTheSampleFamily) {
         FrmDebutQt* v = Vue();
         ASSERT_NE(v, nullptr);
         v->cadre()->setFocus();
-        QTest::keyClick(v->cadre(), Qt::Key_Left);
         QApplication::processEvents();
         const QString f = QString::fromUtf8(dossier) + "/famille-niveau-" + QString::number(niveau) + ".png";
         EXPECT_TRUE(fenetre->grab().save(f));
