@@ -21,6 +21,8 @@ FrmControleQt::FrmControleQt(ContexteQt& c, QWidget* parent) : FormulaireQt(pare
     resume_->setFont(gras);
     fichier_ = new QLabel(this);
     fichier_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // A long path must not widen the window: it is cut, and whole in the tip.
+    fichier_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     texte_ = new QPlainTextEdit(this);
     texte_->setObjectName(QStringLiteral("TxtRapport"));
     texte_->setReadOnly(true);
@@ -65,6 +67,7 @@ void FrmControleQt::Retraduit() {
 void FrmControleQt::Montre() {
     resume_->setText(Q(logique_.Resume()));
     fichier_->setText(MT(kControleFichier, CheminQt(logique_.Chemin())));
+    fichier_->setToolTip(CheminQt(logique_.Chemin()));
     QString t;
     for (const auto& ligne : logique_.Lignes()) t += Q(ligne) + QLatin1Char('\n');
     texte_->setPlainText(t);

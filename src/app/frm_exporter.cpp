@@ -66,7 +66,7 @@ FrmExporterQt::FrmExporterQt(ContexteQt& c, QWidget* parent)
     panneauListe_ = new QWidget(grpSelection_);
     liste_ = Nomme(new QListWidget(panneauListe_), "LstSelection");
     liste_->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    liste_->setMinimumHeight(140);
+    liste_->setMinimumHeight(180);
     cmdInclure_ = Nomme(new QPushButton(panneauListe_), "CmdInclure");
     cmdExclure_ = Nomme(new QPushButton(panneauListe_), "CmdExclure");
     {
@@ -135,6 +135,7 @@ FrmExporterQt::FrmExporterQt(ContexteQt& c, QWidget* parent)
     auto* go = new QVBoxLayout(grpOptions_);
     go->addWidget(complet_);
     go->addWidget(sans1900_);
+    go->addStretch(1);
 
     cmdLancer_ = Nomme(new QPushButton(this), "CmdLancer");
     cmdFermer_ = Nomme(new QPushButton(this), "CmdFermer");
@@ -170,6 +171,13 @@ FrmExporterQt::FrmExporterQt(ContexteQt& c, QWidget* parent)
     connect(cmdListe_, &QPushButton::toggled, this, [this](bool voir) {
         panneauListe_->setVisible(voir);
         Montre();
+        // The window grows to hold the list, and shrinks back without it.
+        if (QWidget* cadre = parentWidget()) {
+            layout()->activate();
+            const QSize voulu = cadre->sizeHint();
+            cadre->resize(cadre->width() > voulu.width() ? cadre->width() : voulu.width(),
+                          voulu.height());
+        }
     });
     connect(cmdEfface_, &QPushButton::clicked, this, [this] {
         logique_.Efface();
