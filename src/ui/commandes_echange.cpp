@@ -101,8 +101,9 @@ bool EstBaseOuverte(MDIForm1& f, const std::string& chemin) {
 }
 
 // Fills the new base `b` from the file; false when stopped or failed (the
-// reason already shown).
-bool LitSource(MDIForm1& f, Base& b, const std::string& source, OperationLongue& op) {
+// reason already shown). What the GEDCOM reader found goes to `bilan`.
+bool LitSource(MDIForm1& f, Base& b, const std::string& source, OperationLongue& op,
+               std::string& bilan) {
     Application& app = f.app();
     Boites& boites = f.services().boites;
     if (FinitPar(source, ".SVR")) {
@@ -137,7 +138,7 @@ bool LitSource(MDIForm1& f, Base& b, const std::string& source, OperationLongue&
     RapportImport r;
     if (!Protege(boites, [&] { r = ImporteGedcom(b, *g, opt); })) return false;
     if (r.arrete) return false;
-    if (!r.vide()) boites.Texte(r.Texte());
+    if (!r.vide()) bilan = r.Texte();
     return true;
 }
 
@@ -159,6 +160,7 @@ bool CmdImporter(MDIForm1& f, const std::string& chemin) {
     // The open base can't be written over while it is open.
     if (EstBaseOuverte(f, cible)) f.Execute(Commande::MnuFermer);
     bool fini = false;
+    std::string bilan;
     {
         Base nouvelle(f.app().fs(), f.app().parametres());
         OperationLongue op(s.panneau, s.boites, Message(kTitreImport), Message(kPatientez));
@@ -166,10 +168,12 @@ bool CmdImporter(MDIForm1& f, const std::string& chemin) {
         if (!Protege(s.boites, [&] { remplacement.emplace(nouvelle, cible); })) return false;
         // Until Valide the new base lives under a temporary name beside the
         // target: a stop or a failure drops it and the target stays as it was.
-        fini = LitSource(f, nouvelle, source, op) &&
+        fini = LitSource(f, nouvelle, source, op, bilan) &&
                Protege(s.boites, [&] { remplacement->Valide(); });
         if (!fini && op.Arrete()) s.boites.Information(kImportArrete);
     }
+    // Told once the base stands in place and the panel is gone.
+    if (fini && !bilan.empty()) s.boites.Texte(bilan);
     return fini && f.OuvreFichier(cible);
 }
 
