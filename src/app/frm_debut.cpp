@@ -263,7 +263,10 @@ bool CadreFamille::viewportEvent(QEvent* e) {
             QStringList l;
             for (const auto& t : d.cases[i].lignes)
                 if (!t.empty()) l << Q(t);
-            QToolTip::showText(h->globalPos(), l.join(QLatin1Char(' ')), viewport());
+            QString t = l.join(QLatin1Char(' '));
+            // A dashed box stands for a person drawn elsewhere in the view.
+            if (d.cases[i].repete) t += QLatin1Char('\n') + MT(3202);
+            QToolTip::showText(h->globalPos(), t, viewport());
         } else {
             QToolTip::hideText();
         }
