@@ -33,11 +33,7 @@ std::string Etat(Base& b) {
     return s;
 }
 
-void Copie(SystemeMemoire& de, SystemeMemoire& vers) {
-    vers.fichiers().clear();
-    for (auto& [nom, c] : de.fichiers())
-        vers.fichiers()[nom] = std::make_shared<SystemeMemoire::Contenu>(*c);
-}
+void Copie(SystemeMemoire& de, SystemeMemoire& vers) { vers.copieDe(de); }
 
 // Enough changes to touch several blocks of each table.
 void Modifie(Base& b) {

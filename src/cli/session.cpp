@@ -54,7 +54,7 @@ void Session::Valide() {
     else Ferme();
 }
 
-nlohmann::json Texte(const std::string& ansi) { return AnsiVersUtf8(ansi); }
+nlohmann::json Texte(const std::string& ansi) { return AnsiRefVersUtf8(ansi); }
 std::string Ansi(const std::string& utf8) { return Utf8VersAnsi(utf8); }
 
 void Ligne(std::ostream& out, const nlohmann::json& j) { out << j.dump() << "\n"; }

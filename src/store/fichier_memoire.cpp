@@ -1,5 +1,7 @@
 #include "store/fichier_memoire.h"
 
+#include <random>
+
 namespace sylvane {
 namespace {
 
@@ -39,12 +41,14 @@ class FichierMemoire final : public Fichier {
         if (fs_.compter(chemin_))
             throw ErreurES(chemin_, "synchronisation impossible : erreur d'entrée-sortie");
         c_->durable = c_->courant;
+        c_->enAttente.clear();
     }
 
     void tronquer(std::uint64_t t) override {
         if (lectureSeule_) throw ErreurES(chemin_, "troncature impossible : fichier en lecture seule");
         if (fs_.compter(chemin_)) throw ErreurES(chemin_, "troncature impossible");
         c_->courant.resize(static_cast<std::size_t>(t), '\0');
+        c_->enAttente.push_back({t, {}, true});
     }
 
   private:
@@ -52,6 +56,7 @@ class FichierMemoire final : public Fichier {
         auto fin = static_cast<std::size_t>(offset) + d.size();
         if (c_->courant.size() < fin) c_->courant.resize(fin, '\0');
         c_->courant.replace(static_cast<std::size_t>(offset), d.size(), d);
+        c_->enAttente.push_back({offset, std::string(d), false});
     }
 
     SystemeMemoire& fs_;
@@ -87,11 +92,11 @@ std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode 
     if (it == fichiers_.end()) {
         if (restant_ == 0) throw ErreurES(chemin, "ouverture impossible : erreur d'entrée-sortie");
         it = fichiers_.emplace(chemin, std::make_shared<Contenu>()).first;
-        nomsNonDurables_.insert(chemin);
     } else if (protege && mode != Mode::Lecture) {
         throw ErreurES(chemin, "ouverture impossible : permission refusée");
     } else if (mode == Mode::Ecrasement) {
         it->second->courant.clear();
+        it->second->enAttente.push_back({0, {}, true});
     }
     return std::make_unique<FichierMemoire>(*this, it->second, chemin, mode == Mode::Lecture);
 }
@@ -115,17 +120,25 @@ void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
     if (restant_ == 0) throw ErreurES(de, "renommage impossible : erreur d'entrée-sortie");
     fichiers_[vers] = it->second;
     fichiers_.erase(it);
-    if (nomsNonDurables_.erase(de)) nomsNonDurables_.insert(vers);
 }
 
 void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
+    // Deep, keeping which names share one content.
+    std::map<const Contenu*, std::shared_ptr<Contenu>> copies;
+    auto copie = [&copies](const std::shared_ptr<Contenu>& c) {
+        auto& n = copies[c.get()];
+        if (!n) {
+            n = std::make_shared<Contenu>(*c);
+            n->verrou = nullptr;
+        }
+        return n;
+    };
     fichiers_.clear();
-    for (const auto& [nom, c] : autre.fichiers_) {
-        fichiers_[nom] = std::make_shared<Contenu>(*c);
-        fichiers_[nom]->verrou = nullptr;
-    }
+    durables_.clear();
+    for (const auto& [nom, c] : autre.fichiers_) fichiers_[nom] = copie(c);
+    for (const auto& [nom, c] : autre.durables_) durables_[nom] = copie(c);
     proteges_ = autre.proteges_;
-    nomsNonDurables_ = autre.nomsNonDurables_;
+    graine_ = autre.graine_;
     restant_ = -1;
 }
 
@@ -148,15 +161,31 @@ std::string Dossier(const std::string& chemin) {
 
 void SystemeMemoire::synchroniserDossier(const std::string& chemin) {
     const std::string d = Dossier(chemin);
-    for (auto it = nomsNonDurables_.begin(); it != nomsNonDurables_.end();)
-        it = Dossier(*it) == d ? nomsNonDurables_.erase(it) : std::next(it);
+    for (auto it = durables_.begin(); it != durables_.end();)
+        it = Dossier(it->first) == d ? durables_.erase(it) : std::next(it);
+    for (const auto& [nom, c] : fichiers_)
+        if (Dossier(nom) == d) durables_[nom] = c;
 }
 
 void SystemeMemoire::simulerPanne() {
-    for (const auto& nom : nomsNonDurables_) fichiers_.erase(nom);
-    nomsNonDurables_.clear();
+    std::mt19937 hasard(graine_ * 7919u + static_cast<unsigned>(operations_));
+    fichiers_ = durables_;
+    std::set<Contenu*> faits;
     for (auto& [nom, c] : fichiers_) {
-        c->courant = c->durable;
+        if (!faits.insert(c.get()).second) continue;
+        std::string disque = c->durable;
+        for (const auto& e : c->enAttente) {
+            if (graine_ == 0 || hasard() % 2) continue; // this one never got there
+            const auto o = static_cast<std::size_t>(e.offset);
+            if (e.troncature) {
+                disque.resize(o, '\0');
+                continue;
+            }
+            if (disque.size() < o + e.donnees.size()) disque.resize(o + e.donnees.size(), '\0');
+            disque.replace(o, e.donnees.size(), e.donnees);
+        }
+        c->durable = c->courant = disque;
+        c->enAttente.clear();
         c->verrou = nullptr; // no process outlives the loss
     }
 }

@@ -1,7 +1,11 @@
 // An in-memory file system for tests, after leveldb's memenv and its fault
 // injection test. Each file keeps what has been written and what has been
-// made durable by a sync; a simulated power loss throws away everything that
-// was not synced. Writes and syncs can be made to fail from the n-th one on.
+// made durable by a sync; the folders keep which names a folder sync made
+// durable. A simulated power loss is as unkind as a disk may be: of the
+// writes since a file's last sync, any may have reached the disk and any
+// not, in no order, and every create, delete and rename since the last sync
+// of its folder is undone. Writes and syncs can be made to fail from the
+// n-th one on.
 #pragma once
 
 #include "store/fichier.h"
@@ -9,6 +13,7 @@
 #include <map>
 #include <set>
 #include <memory>
+#include <vector>
 
 namespace sylvane {
 
@@ -17,6 +22,14 @@ class SystemeMemoire final : public SystemeFichiers {
     struct Contenu {
         std::string courant; // what a reader sees now
         std::string durable; // what survives a power loss
+        // Writes since the last sync, in order; an empty `donnees` with
+        // `troncature` cuts the file at `offset`.
+        struct Ecriture {
+            std::uint64_t offset;
+            std::string donnees;
+            bool troncature = false;
+        };
+        std::vector<Ecriture> enAttente;
         const void* verrou = nullptr; // the open file holding the lock
     };
 
@@ -30,9 +43,12 @@ class SystemeMemoire final : public SystemeFichiers {
     std::vector<std::string> lister(const std::string& dossier) override;
     bool memeFichier(const std::string& a, const std::string& b) override;
 
-    // Power loss: every file falls back to its last synced content, and a
-    // file created since the last sync of its folder is gone.
+    // Power loss: the names fall back to those of the last sync of each
+    // folder; each file to its last synced content with any of the later
+    // writes (chosen by the seed and the count of operations).
     void simulerPanne();
+    // The seed of the writes a power loss keeps; 0 keeps none of them.
+    void fixerGraine(unsigned graine) { graine_ = graine; }
 
     // The n-th mutating operation from now on (1 = the next one) fails, and
     // so does every later one until `retablir()`. A failing write may first
@@ -58,7 +74,9 @@ class SystemeMemoire final : public SystemeFichiers {
   private:
     std::map<std::string, std::shared_ptr<Contenu>> fichiers_;
     std::map<std::string, bool> proteges_;
-    std::set<std::string> nomsNonDurables_;
+    // The names as the disk holds them after the last sync of each folder.
+    std::map<std::string, std::shared_ptr<Contenu>> durables_;
+    unsigned graine_ = 1;
     long restant_ = -1;
     long operations_ = 0;
     bool dechiree_ = false;

@@ -1,5 +1,8 @@
 #include "text/conversion.h"
 
+#include "text/translitteration.h"
+#include "text/utf8.h"
+
 #include <array>
 #include <vector>
 
@@ -186,7 +189,7 @@ char JeuCaracteres() { return jeuGlobal(); }
 void DefinitJeuCaracteres(char jeu) { jeuGlobal() = jeu; }
 
 std::string Conv_AnsiVers437(std::string_view texte) {
-    std::string r(texte);
+    std::string r = Translitere(texte);
     for (char& c : r) c = static_cast<char>(t437().versCode[octet(c)]);
     return r;
 }
@@ -197,7 +200,8 @@ std::string Conv_437VersAnsi(std::string_view texte) {
     return r;
 }
 
-std::string Conv_AnsiVersAnsel(std::string_view texte) {
+std::string Conv_AnsiVersAnsel(std::string_view source) {
+    const std::string texte = Translitere(source);
     std::string r;
     r.reserve(texte.size() + texte.size() / 4);
     for (char c : texte) r += tAnsel().ecrit[octet(c)];
@@ -229,7 +233,19 @@ std::string Conv_AnselVersAnsi(std::string_view texte) {
 std::string Conv_AnsiVersHtml(std::string_view texte) {
     std::string r;
     r.reserve(texte.size() + texte.size() / 4);
-    for (char c : texte) r += versHtml()[octet(c)];
+    // A character reference is HTML already: it stays.
+    const bool references = ContientReference(texte);
+    for (std::size_t i = 0; i < texte.size(); ++i) {
+        if (references && texte[i] == '&' && i + 1 < texte.size() && texte[i + 1] == '#') {
+            const auto fin = texte.find(';', i);
+            if (fin != std::string_view::npos && ContientReference(texte.substr(i, fin + 1 - i))) {
+                r.append(texte.substr(i, fin + 1 - i));
+                i = fin;
+                continue;
+            }
+        }
+        r += versHtml()[octet(texte[i])];
+    }
     return r;
 }
 

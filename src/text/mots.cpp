@@ -1,5 +1,8 @@
 #include "text/mots.h"
 
+#include "text/translitteration.h"
+#include "text/utf8.h"
+
 #include <array>
 
 namespace sylvane {
@@ -65,6 +68,8 @@ const std::vector<Particule>& ParticulesParDefaut() {
 char CleCar(char c) { return static_cast<char>(kCleMot[static_cast<unsigned char>(c)]); }
 
 std::string CleMot(std::string_view s) {
+    // Characters kept as references compare as their Latin form.
+    if (ContientReference(s)) return CleMot(Translitere(s));
     std::string r(s.size(), ' ');
     for (std::size_t i = 0; i < s.size(); ++i) r[i] = CleCar(s[i]);
     return r;

@@ -169,6 +169,8 @@ std::string CheminInterne(std::string_view s) {
     return out;
 }
 
+std::string AnsiRefVersUtf8(std::string_view s) { return CheminSysteme(s); }
+
 std::string CheminSysteme(std::string_view s) {
     std::string out;
     out.reserve(s.size() + s.size() / 8);
@@ -195,7 +197,8 @@ std::string CheminSysteme(std::string_view s) {
     return out;
 }
 
-std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
+namespace {
+std::string VersAnsi(std::string_view s, std::size_t* remplaces, bool references) {
     std::string out;
     out.reserve(s.size());
     const auto& inv = inverse();
@@ -226,12 +229,15 @@ std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
                     continue;
                 }
             }
-            if (remplaces) ++*remplaces;
+            if (references) AjouteReference(out, cp);
+            else if (remplaces) ++*remplaces;
             continue;
         }
         auto it = inv.find(cp);
         if (it != inv.end()) {
             out += static_cast<char>(it->second);
+        } else if (references) {
+            AjouteReference(out, cp);
         } else if (const char* a = approche(cp)) {
             out += a;
             if (remplaces) ++*remplaces;
@@ -241,6 +247,23 @@ std::string Utf8VersAnsi(std::string_view s, std::size_t* remplaces) {
         }
     }
     return out;
+}
+
+} // namespace
+
+std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces) {
+    return VersAnsi(utf8, remplaces, false);
+}
+
+std::string Utf8VersAnsiRef(std::string_view utf8) { return VersAnsi(utf8, nullptr, true); }
+
+bool ContientReference(std::string_view ansi) {
+    for (auto p = ansi.find("&#"); p != std::string_view::npos; p = ansi.find("&#", p + 2)) {
+        std::size_t j = p + 2;
+        while (j < ansi.size() && ansi[j] >= '0' && ansi[j] <= '9') ++j;
+        if (j > p + 2 && j < ansi.size() && ansi[j] == ';') return true;
+    }
+    return false;
 }
 
 } // namespace sylvane

@@ -27,6 +27,19 @@ std::string AnsiVersUtf8(std::string_view ansi);
 // Malformed UTF-8 bytes are taken as Windows-1252 bytes of the same value.
 std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces = nullptr);
 
+// Characters Windows-1252 can't hold are kept in the program's text as
+// numeric character references ("&#1047;" for "З"), which any Windows-1252
+// text, a base, a .svr file can carry. This is the conversion of text read
+// from outside (an import, a field typed in): as Utf8VersAnsi, but what it
+// would replace becomes its reference.
+std::string Utf8VersAnsiRef(std::string_view utf8);
+// The text as the user sees it: Windows-1252 to UTF-8 with every reference
+// "&#N;" given back as its character. For the windows, the command line,
+// the UTF-8 GEDCOM export.
+std::string AnsiRefVersUtf8(std::string_view ansi);
+// Whether the text holds a character reference.
+bool ContientReference(std::string_view ansi);
+
 // Encodes one code point as UTF-8.
 void AjouteUtf8(std::string& out, char32_t cp);
 
