@@ -166,22 +166,25 @@ TEST_F(FrmDebutTest, TheRightClickMenuGoesToTheChosenRelative) {
     EXPECT_EQ(d.cases[d.centre].personne, fille);
 }
 
-TEST_F(FrmDebutTest, ShiftsThatDoNotFitAreUndone) {
+TEST_F(FrmDebutTest, AShiftThatDoesNotFitIsUndone) {
     FrmDebutQt* v = Vue();
     ASSERT_NE(v, nullptr);
     MDIForm1& L = fenetre->logique();
-    L.DefinitNiveau(1); // 8 boxes
-    const int g = L.porteeGauche, d = L.porteeDroite;
+    L.DefinitNiveau(1);
     L.Aller(gp);
-    // Shifting right on the grandfather needs more boxes than the level
-    // holds: four generations of descendants with spouses.
+    // Level 1 with room for five boxes: the grandfather, his wife, his son
+    // and the son's wife fit; a second generation of descendants does not.
+    app->parametres().nombreCases[0] = 5;
     L.Execute(Commande::MnuGauche);
-    const auto& disp = v->vue().disposition();
-    if (disp.etat == '2') {
-        EXPECT_EQ(L.porteeGauche, g);
-        EXPECT_EQ(L.porteeDroite, d);
-    }
-    EXPECT_LE(static_cast<int>(disp.cases.size()), disp.limite);
+    EXPECT_EQ(L.porteeGauche, 2);
+    EXPECT_EQ(L.porteeDroite, 1);
+    EXPECT_EQ(v->vue().disposition().etat, ' ');
+    // With room enough the shift stays.
+    app->parametres().nombreCases[0] = 64;
+    L.Execute(Commande::MnuGauche);
+    EXPECT_EQ(L.porteeGauche, 0);
+    EXPECT_EQ(L.porteeDroite, 2);
+    EXPECT_EQ(v->vue().disposition().cases.size(), 6u);
 }
 
 TEST_F(FrmDebutTest, CapturesOfTheSampleFamily) {
