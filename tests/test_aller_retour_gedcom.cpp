@@ -185,6 +185,26 @@ TEST(AllerRetourGedcom, EnteteFormeEnCapitalesSoumetteurEtEspaceInsecableEnAnsel
     Stable(e1, '2');
 }
 
+TEST(AllerRetourGedcom, LesLignesSousUneDateOuUnLieuVontDansLaNote) {
+    const std::string sous = "3 NOTE lu au registre\r\n3 _VU oui\r\n";
+    const std::string lieu = "3 MAP\r\n4 LATI N47.3\r\n4 LONG E5.0\r\n";
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SEX M\r\n1 FAMS @F1@\r\n"
+                      "1 BIRT\r\n2 DATE 1850\r\n" + sous + "2 PLAC Dijon\r\n" + lieu +
+                      "1 BURI\r\n2 DATE 1900\r\n3 _A burial-date-child\r\n2 PLAC Beaune\r\n3 _B burial-place-child\r\n"
+                      "0 @I2@ INDI\r\n1 NAME Marie /Durand/\r\n1 SEX F\r\n1 FAMS @F1@\r\n"
+                      "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 WIFE @I2@\r\n1 MARR\r\n2 DATE 1875\r\n3 _C marr-date-child\r\n"
+                      "2 PLAC Dole\r\n3 _D marr-place-child\r\n1 DIV\r\n2 DATE 1880\r\n3 _E div-date-child\r\n2 _F div-child\r\n"));
+    const std::string jean = a.b.CorpsNote(1), mariage = a.b.CorpsNoteMariage(1);
+    for (const char* mot : {"lu au registre", "_VU", "N47.3", "E5.0", "burial-date-child", "burial-place-child"})
+        EXPECT_NE(jean.find(mot), std::string::npos) << mot << "\n" << jean;
+    for (const char* mot : {"marr-date-child", "marr-place-child", "div-date-child", "div-child"})
+        EXPECT_NE(mariage.find(mot), std::string::npos) << mot << "\n" << mariage;
+    EXPECT_EQ(a.b.LieuNaiss(1), "Dijon");
+    EXPECT_EQ(a.b.LieuMariage(1), "Dole");
+    EXPECT_GE(a.r.tagsEnNote.nombre, 6u);
+    Stable(a.Exporte());
+}
+
 // --- The public corpus ---------------------------------------------------
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";

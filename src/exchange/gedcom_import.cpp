@@ -204,6 +204,11 @@ class Importeur {
         Ajoute(note, l);
         for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, profondeur + 1, compter);
     }
+    // The sub-lines of a line whose own value went into the base (a DATE,
+    // a PLAC: their NOTE, MAP, unknown tags), as lines of the note.
+    void SousLignesEnNote(std::string& note, std::size_t i) {
+        for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, 1, true);
+    }
     // An event with no rubric to hold it, as one line of the note:
     // "label - date value".
     static std::string LigneEvenement(const std::string& libelle, const std::string& date,
@@ -327,8 +332,10 @@ class Importeur {
                         DateTenue d = Date(x, ok, note, tag);
                         if (ok) (b ? naiss : deces) = d;
                         else EnNote(note, x, 0, false);
+                        if (ok) SousLignesEnNote(note, x);
                     } else if (t == "PLAC") {
                         (b ? lieuN : lieuD) = Valeur(x);
+                        SousLignesEnNote(note, x);
                     } else {
                         std::string sous;
                         EnNote(sous, x, 1, true);
@@ -361,11 +368,15 @@ class Importeur {
                     if (tx == "DATE" && dateTexte.empty()) {
                         d = Date(x, dateOk, note, t.empty() ? std::string_view(libelle) : std::string_view(t));
                         dateTexte = Trim(Valeur(x));
+                        SousLignesEnNote(reste, x);
                     } else if (tx == "PLAC" && valeur.empty()) {
                         valeur = Valeur(x);
+                        SousLignesEnNote(reste, x);
                     } else if (tx == "TYPE" && tag == "EVEN") {
+                        SousLignesEnNote(reste, x);
                     } else if (tx == "NOTE" && valeur.empty() && tag == "EVEN") {
                         valeur = Valeur(x);
+                        SousLignesEnNote(reste, x);
                     } else {
                         EnNote(reste, x, 1, true);
                     }
@@ -438,6 +449,7 @@ class Importeur {
         long date = Conv_DateSerie("1/1/100", "dd/mm/yyyy");
         for (std::size_t s : g_.sousLignes(evt)) {
             const std::string_view t = Tag(s);
+            if (t == "PLAC" || t == "DATE") SousLignesEnNote(note, s);
             if (t == "PLAC") {
                 lieu = Valeur(s);
             } else if (t == "DATE") {
@@ -614,8 +626,10 @@ class Importeur {
                         DateTenue t = Date(x, ok, note, "MARR");
                         if (ok) d = t;
                         else Ajoute(note, Valeur(x));
+                        SousLignesEnNote(note, x);
                     } else if (Tag(x) == "PLAC") {
                         lieu = Valeur(x);
+                        SousLignesEnNote(note, x);
                     } else {
                         EnNote(note, x, 0, true);
                     }
@@ -623,14 +637,28 @@ class Importeur {
             } else if (Parmi(kRubriquesMariage, tag)) {
                 DateTenue dt;
                 bool ok = true;
-                std::string v = Valeur(s);
+                std::string v = Valeur(s), reste, dateNote;
+                bool aDate = false;
                 for (std::size_t x : g_.sousLignes(s)) {
-                    if (Tag(x) == "DATE") dt = Date(x, ok, note, tag);
-                    else if (Tag(x) == "PLAC" && v.empty()) v = Valeur(x);
+                    if (Tag(x) == "DATE" && !aDate) {
+                        aDate = true;
+                        dt = Date(x, ok, dateNote, tag);
+                        SousLignesEnNote(reste, x);
+                    } else if (Tag(x) == "PLAC" && v.empty()) {
+                        v = Valeur(x);
+                        SousLignesEnNote(reste, x);
+                    } else {
+                        EnNote(reste, x, 1, true);
+                    }
                 }
                 const int k = Slot(slots, tag);
-                if (ok && k >= 0 && !rubriques[k].rempli) rubriques[k] = {dt.jourMois, dt.annee, v, true};
-                else EnNote(note, s, 0, false);
+                if (ok && k >= 0 && !rubriques[k].rempli) {
+                    rubriques[k] = {dt.jourMois, dt.annee, v, true};
+                    if (!dateNote.empty()) Ajoute(note, dateNote);
+                    if (!reste.empty()) Ajoute(note, Conv_LibelleTag(tag) + std::string(kCrLf) + reste);
+                } else {
+                    EnNote(note, s, 0, false);
+                }
             } else if (tag == "EVEN") {
                 const std::size_t ty = g_.sousLigne(s, "TYPE");
                 const std::string type = ty == GedcomLu::npos ? std::string() : Trim(Valeur(ty));
@@ -639,7 +667,11 @@ class Importeur {
                     const std::string_view tx = Tag(x);
                     if (tx == "DATE" && date.empty()) date = Trim(Valeur(x));
                     else if ((tx == "PLAC" || tx == "NOTE") && valeur.empty()) valeur = Valeur(x);
-                    else if (tx != "TYPE") EnNote(reste, x, 1, true);
+                    else if (tx != "TYPE") {
+                        EnNote(reste, x, 1, true);
+                        continue;
+                    }
+                    SousLignesEnNote(reste, x);
                 }
                 Ajoute(note, LigneEvenement(type.empty() ? Conv_LibelleTag(tag) : type, date, valeur));
                 if (!reste.empty()) Ajoute(note, reste);
