@@ -199,7 +199,9 @@ void FrmNomQt::Largeurs() {
     // caption, measured on samples: measuring the rows would read them all.
     QHeaderView* h = vue_->horizontalHeader();
     const QFontMetrics fm = fontMetrics();
-    const QString exemples[] = {QStringLiteral("0000000"), {}, QStringLiteral("xx"),
+    // Numbers as long as the highest one in the list (at least three digits).
+    const int chiffres = std::max<int>(3, QString::number(liste_->PlusGrandNumero()).size() + 1);
+    const QString exemples[] = {QString(chiffres, QLatin1Char('0')), {}, QStringLiteral("xx"),
                                 QStringLiteral("(~1850-~1910)"), QStringLiteral("H"),
                                 QStringLiteral("*")};
     for (int c = 0; c < ModeleNoms::kColonnes; ++c) {

@@ -49,6 +49,10 @@ std::size_t ListeNoms::Nombre() const {
     return base_ ? base_->TablePersonnes().taille() : 0;
 }
 
+std::uint32_t ListeNoms::PlusGrandNumero() const {
+    return base_ ? base_->Tete().maxPersonne : 0;
+}
+
 std::uint32_t ListeNoms::Personne(std::size_t ligne) const {
     return ligne < Nombre() ? base_->TriFiche(ligne + 1) : 0;
 }

@@ -39,6 +39,8 @@ class ListeNoms {
     explicit ListeNoms(Base* base);
 
     std::size_t Nombre() const;
+    // The highest person number of the base (the width of the numbers).
+    std::uint32_t PlusGrandNumero() const;
     // The person of a row, 0 outside the list.
     std::uint32_t Personne(std::size_t ligne) const;
     // The row of a person, nothing when the sort table doesn't hold it.
