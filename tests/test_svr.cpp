@@ -520,3 +520,38 @@ TEST(Svr, APartialExportIsWrittenByteForByte) {
         "[FIN]\r\n";
     EXPECT_EQ(lireTout(f.fs, "/p.svr"), attendu);
 }
+
+TEST(Svr, ALoopOfAncestryInTheFileIsBrokenOnReading) {
+    // Person 1's father is 2 and 2's father is 1: each would be the
+    // other's ancestor, and every walk down the tree would go round.
+    auto bloc = [](const char* n, const char* nom, const char* pere) {
+        return std::string(" ") + n + " \r\n" + nom + ";Jean;;;\r\nH\r\n\r\n\r\n " + pere +
+               " \r\n 0 \r\n#\r\n#\r\n#\r\n";
+    };
+    const std::string svr = "[Sylvane Version 2001.0]\r\n[INDIVIDUS]\r\n" + bloc("1", "Martin", "2") +
+                            bloc("2", "Durand", "1") + bloc("3", "Petit", "2") +
+                            "[FIN INDIVIDUS]\r\n[FIN]\r\n";
+    for (bool integre : {false, true}) {
+        SCOPED_TRACE(integre);
+        Paire t;
+        ecrireTout(t.fs, "/boucle.svr", svr);
+        BilanSvr bilan;
+        if (integre) bilan = IntegreSvr(t.a, t.fs, "/boucle.svr");
+        else bilan = t.Lit("/boucle.svr");
+        Base& b = integre ? t.a : t.b;
+        EXPECT_EQ(bilan.bouclesRompues, 1u);
+        // Every walk up ends, and the links left agree both ways.
+        for (std::uint32_t n = 1; n <= b.Tete().maxPersonne; ++n) {
+            std::uint32_t p = n;
+            for (int pas = 0; p != 0; ++pas) {
+                ASSERT_LT(pas, 10) << n;
+                p = b.LitPere(p);
+            }
+            if (const std::uint32_t pere = b.LitPere(n)) {
+                bool enfant = false;
+                for (int i = 1; std::uint32_t c = b.EnfantNo(pere, i); ++i) enfant |= c == n;
+                EXPECT_TRUE(enfant) << n;
+            }
+        }
+    }
+}

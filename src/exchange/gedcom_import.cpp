@@ -2,6 +2,7 @@
 
 #include "exchange/gedcom_export.h"
 
+#include "kinship/boucles.h"
 #include "store/table_tri.h"
 
 #include "text/dates.h"
@@ -712,36 +713,7 @@ class Importeur {
     // A family that makes a person his own ancestor: the parent link that
     // closes the loop is dropped, so that every walk up ends.
     void Ascendance() {
-        const std::uint32_t max = b_.Tete().maxPersonne;
-        std::vector<std::uint8_t> etat(max + 1, 0); // 0 unseen, 1 on the path, 2 done
-        std::vector<std::pair<std::uint32_t, int>> pile;
-        for (std::uint32_t depart = 1; depart <= max; ++depart) {
-            if (etat[depart]) continue;
-            pile.push_back({depart, 0});
-            etat[depart] = 1;
-            while (!pile.empty()) {
-                auto& [n, k] = pile.back();
-                if (k == 2) {
-                    etat[n] = 2;
-                    pile.pop_back();
-                    continue;
-                }
-                const bool pere = k == 0;
-                ++k;
-                const std::uint32_t p = pere ? b_.LitPere(n) : b_.LitMere(n);
-                if (p == 0 || p > max) continue;
-                if (etat[p] == 1) {
-                    Exemple(r_.ascendance, 0, b_.NomComplet(n));
-                    const std::uint32_t enfant = n;
-                    if (pere) b_.EcritPere(enfant, 0);
-                    else b_.EcritMere(enfant, 0);
-                    b_.MajEnfants(p, enfant, 'S');
-                } else if (etat[p] == 0) {
-                    etat[p] = 1;
-                    pile.push_back({p, 0});
-                }
-            }
-        }
+        for (std::uint32_t n : RompsBouclesAscendance(b_)) Exemple(r_.ascendance, 0, b_.NomComplet(n));
     }
 
     // A sort table in the order of its keys, equal keys in the order of the

@@ -45,6 +45,7 @@ struct BilanSvr {
     std::uint32_t personnes = 0, mariages = 0, documents = 0, evenements = 0;
     std::uint32_t rubriquesNouvelles = 0;
     std::uint32_t rubriquesPerdues = 0; // beyond the 50 of a base
+    std::uint32_t bouclesRompues = 0;   // parent links dropped: a person his own ancestor
 };
 
 // Reads `chemin` into the open base `b`, new and empty, keeping the

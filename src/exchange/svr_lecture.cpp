@@ -2,6 +2,7 @@
 // base with every number shifted.
 #include "exchange/svr.h"
 #include "exchange/svr_commun.h"
+#include "kinship/boucles.h"
 
 #include "store/base.h"
 #include "store/pack.h"
@@ -486,6 +487,9 @@ class Lecteur {
     }
 
     void Termine(bool complet) {
+        // A file can hold a loop of ancestry (a person his own ancestor):
+        // its closing link is dropped, as a GEDCOM import does.
+        bilan_.bouclesRompues = static_cast<std::uint32_t>(RompsBouclesAscendance(b_).size());
         b_.triPersonnesModifie = b_.triDocumentsModifie = b_.triEvenementsModifie = true;
         b_.MarqueModif();
         if (!integre_) {
