@@ -10,6 +10,8 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QTranslator>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMdiArea>
@@ -313,6 +315,28 @@ void MDIForm1Qt::EtatChange() {
 }
 
 void MDIForm1Qt::LangueChangee() {
+    // Qt's own dialogs (files, colours, fonts) follow the interface's
+    // language when Qt has a translation for it.
+    const QString langue = Q(logique_->Langue()).toLower();
+    const QString code = langue.startsWith(QStringLiteral("fran")) ? QStringLiteral("fr")
+                         : langue.startsWith(QStringLiteral("deut")) ? QStringLiteral("de")
+                         : langue.startsWith(QStringLiteral("espa")) ? QStringLiteral("es")
+                         : langue.startsWith(QStringLiteral("ital")) ? QStringLiteral("it")
+                                                                       : QString();
+    if (traducteurQt_) {
+        QApplication::removeTranslator(traducteurQt_);
+        delete traducteurQt_;
+        traducteurQt_ = nullptr;
+    }
+    if (!code.isEmpty()) {
+        auto* t = new QTranslator(this);
+        if (t->load(QStringLiteral("qtbase_") + code, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+            QApplication::installTranslator(t);
+            traducteurQt_ = t;
+        } else {
+            delete t;
+        }
+    }
     LettreMenus();
     ConstruitBarre();
     RemplitLangues();
@@ -348,13 +372,18 @@ void MDIForm1Qt::Texte(const std::string& texte) {
 }
 
 Reponse MDIForm1Qt::Question(int n, bool annuler, const std::string& nom) {
-    auto boutons = QMessageBox::Yes | QMessageBox::No;
-    if (annuler) boutons |= QMessageBox::Cancel;
-    switch (QMessageBox::question(this, QStringLiteral("Sylvane"), MT(n, Q(nom)), boutons)) {
-    case QMessageBox::Yes: return Reponse::Oui;
-    case QMessageBox::No: return Reponse::Non;
-    default: return Reponse::Annuler;
-    }
+    // The buttons speak the interface's language, not the system's.
+    QMessageBox boite(QMessageBox::Question, QStringLiteral("Sylvane"), MT(n, Q(nom)),
+                      QMessageBox::NoButton, this);
+    QPushButton* oui = boite.addButton(M(3105), QMessageBox::YesRole);
+    QPushButton* non = boite.addButton(M(3106), QMessageBox::NoRole);
+    QPushButton* abandon = annuler ? boite.addButton(M(3107), QMessageBox::RejectRole) : nullptr;
+    boite.setDefaultButton(oui);
+    boite.setEscapeButton(abandon ? abandon : non);
+    boite.exec();
+    if (boite.clickedButton() == oui) return Reponse::Oui;
+    if (boite.clickedButton() == non || !abandon) return Reponse::Non;
+    return Reponse::Annuler;
 }
 
 // --- File dialogs ------------------------------------------------------------------------------

@@ -27,6 +27,7 @@ class QTabBar;
 class QTimer;
 class QToolBar;
 class QToolButton;
+class QTranslator;
 
 namespace sylvane {
 
@@ -132,6 +133,7 @@ class MDIForm1Qt : public QMainWindow,
     bool arret_ = false;
     QElapsedTimer depuisEvenements_;
 
+    QTranslator* traducteurQt_ = nullptr;
     QTimer* minuterie1_ = nullptr;
     QTimer* minuterie2_ = nullptr;
     std::map<std::string, QPointer<QMdiSubWindow>> fenetres_;
