@@ -143,6 +143,34 @@ class ListeEditable : public QWidget {
         if (choisi) choisi(liste->currentRow());
     }
 
+    // Shows and edits the vector v, each entry shown by `libelle`.
+    template <class T, class F> void Lie(std::vector<T>& v, F libelle) {
+        LieA([&v] { return &v; }, libelle);
+    }
+    // The same over the vector that `v()` names at the time (none: nullptr).
+    template <class V, class F> void LieA(V v, F libelle) {
+        lignes = [v, libelle] {
+            std::vector<QString> r;
+            if (auto* t = v())
+                for (const auto& x : *t) r.push_back(libelle(x));
+            return r;
+        };
+        supprime = [v](int i) {
+            if (auto* t = v()) t->erase(t->begin() + i);
+        };
+        deplace = [v](int i, int s) {
+            auto* t = v();
+            return t ? static_cast<int>(sylvane::Deplace(*t, i, s)) : i;
+        };
+    }
+    // Offers the words of these tags in the entry, keeping what is typed.
+    void Propose(const std::vector<std::string>& tags) {
+        const QString t = entree->currentText();
+        entree->clear();
+        for (const auto& tag : tags) entree->addItem(Mot(tag));
+        entree->setEditText(t);
+    }
+
     QListWidget* liste;
     QComboBox* entree;
     QPushButton *ajouter, *supprimer, *monter, *descendre;
@@ -235,8 +263,11 @@ QIcon Pastille(const QColor& c) {
 }
 
 QIcon IconeOutil(int outil) {
-    return outil > 0 ? QIcon(QStringLiteral(":/icons/%1.png").arg(outil, 2, 10, QLatin1Char('0')))
-                     : QIcon();
+    if (outil > 0) return QIcon(QStringLiteral(":/icons/%1.png").arg(outil, 2, 10, QLatin1Char('0')));
+    // A separator keeps the text in line with the others.
+    QPixmap vide(24, 24);
+    vide.fill(Qt::transparent);
+    return QIcon(vide);
 }
 
 } // namespace
@@ -276,6 +307,7 @@ FrmParametreQt::FrmParametreQt(ContexteQt& c, QWidget* parent)
     l->addLayout(bas);
 
     Retraduit();
+    langue_->setFocus();
 }
 
 QLineEdit* FrmParametreQt::Chemin(QGridLayout* g, int ligne, int libelle,
@@ -385,22 +417,11 @@ QWidget* FrmParametreQt::OngletNoms() {
 
     auto* affichage = Texte(new QGroupBox(w), kGroupeAffichage);
     auto* la = new ListeEditable(affichage, "LstAffichage", true);
-    la->lignes = [&p] {
-        std::vector<QString> v;
-        for (const auto& t : p.affichageNom) v.push_back(Mot(t));
-        return v;
-    };
+    la->Lie(p.affichageNom, Mot);
     la->ajoute = [this](int, const QString& t) { return logique_.AjouteAffichage(A(t)); };
-    la->supprime = [&p](int i) { p.affichageNom.erase(p.affichageNom.begin() + i); };
-    la->deplace = [&p](int i, int s) { return static_cast<int>(Deplace(p.affichageNom, i, s)); };
     (new QVBoxLayout(affichage))->addWidget(la);
     listes_.push_back(la);
-    montres_.push_back([this, la] {
-        const QString t = la->entree->currentText();
-        la->entree->clear();
-        for (const auto& tag : logique_.VariantesAffichage()) la->entree->addItem(Mot(tag));
-        la->entree->setEditText(t);
-    });
+    montres_.push_back([this, la] { la->Propose(logique_.VariantesAffichage()); });
 
     auto* conversion = Texte(new QGroupBox(w), kGroupeConversion);
     auto* f = new QFormLayout(conversion);
@@ -426,13 +447,8 @@ QWidget* FrmParametreQt::OngletNoms() {
 
     auto* particules = Texte(new QGroupBox(w), kGroupeParticules);
     particules_ = new ListeEditable(particules, "LstParticules", true, false);
-    particules_->lignes = [&p] {
-        std::vector<QString> v;
-        for (const auto& x : p.particules) v.push_back(Q(LigneParticule(x)));
-        return v;
-    };
+    particules_->Lie(p.particules, [](const Particule& x) { return Q(LigneParticule(x)); });
     particules_->ajoute = [this](int, const QString& t) { return logique_.AjouteParticule(A(t)); };
-    particules_->supprime = [&p](int i) { p.particules.erase(p.particules.begin() + i); };
     particuleN_ = Texte(new QCheckBox(particules), kParticuleN);
     particuleN_->setObjectName(QStringLiteral("ChkParticuleNom"));
     particuleP_ = Texte(new QCheckBox(particules), kParticuleP);
@@ -535,7 +551,7 @@ QWidget* FrmParametreQt::OngletPresentation() {
         auto* lib = new QLabel(w);
         lib->setBuddy(police);
         montres_.push_back([this, i, cases, prop, lib] {
-            lib->setText(MT(kFormatN, QString::number(i + 1)));
+            lib->setText(MT(kFormatN, QStringLiteral("&%1").arg(i + 1)));
             cases->setValue(logique_.etat.p.nombreCases[i]);
             prop->setChecked(logique_.etat.p.proportionnel[i]);
         });
@@ -562,6 +578,7 @@ QWidget* FrmParametreQt::OngletPresentation() {
     f->setColumnStretch(1, 1);
 
     auto* divers = new QFormLayout;
+    divers->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
     auto* type = new QSpinBox(w);
     type->setObjectName(QStringLiteral("TxtType"));
     type->setRange(BornesParametre::kTypeMin, BornesParametre::kTypeMax);
@@ -591,16 +608,10 @@ QWidget* FrmParametreQt::OngletOutils() {
     auto& p = logique_.etat.p;
     auto* la = new ListeEditable(w, "LstIcones", false);
     la->liste->setIconSize(QSize(24, 24));
-    la->lignes = [&p] {
-        std::vector<QString> v;
-        for (int n : p.icones) {
-            const int t = OutilDuNumero(n);
-            v.push_back(t == 0    ? M(kSeparateur)
-                        : t < 0   ? MT(kBoutonInconnu, QString::number(n))
-                                  : M(Outil(t).infobulle));
-        }
-        return v;
-    };
+    la->Lie(p.icones, [](int n) {
+        const int t = OutilDuNumero(n);
+        return t == 0 ? M(kSeparateur) : t < 0 ? MT(kBoutonInconnu, QString::number(n)) : M(Outil(t).infobulle);
+    });
     la->icone = [&p](int i) { return IconeOutil(OutilDuNumero(p.icones[i])); };
     la->ajoute = [&p](int index, const QString&) {
         const auto outils = OutilsDisponibles();
@@ -608,8 +619,6 @@ QWidget* FrmParametreQt::OngletOutils() {
         p.icones.push_back(NumeroDeOutil(outils[index]));
         return 0;
     };
-    la->supprime = [&p](int i) { p.icones.erase(p.icones.begin() + i); };
-    la->deplace = [&p](int i, int s) { return static_cast<int>(Deplace(p.icones, i, s)); };
     la->entree->setObjectName(QStringLiteral("LstOutils"));
     auto* separateur = Texte(new QPushButton(w), kAjouterSeparateur);
     la->ligneEntree->addWidget(separateur);
@@ -642,21 +651,9 @@ QWidget* FrmParametreQt::OngletRubriques() {
         const int i = listeRubrique_->currentIndex();
         return i >= 0 && i < static_cast<int>(p.rubriques.size()) ? &p.rubriques[i].second : nullptr;
     };
-    la->lignes = [liste] {
-        std::vector<QString> v;
-        if (auto* t = liste())
-            for (const auto& x : *t) v.push_back(Mot(x));
-        return v;
-    };
+    la->LieA(liste, Mot);
     la->ajoute = [this](int, const QString& t) {
         return logique_.AjouteTagRubrique(static_cast<std::size_t>(listeRubrique_->currentIndex()), A(t));
-    };
-    la->supprime = [liste](int i) {
-        if (auto* t = liste()) t->erase(t->begin() + i);
-    };
-    la->deplace = [liste](int i, int s) {
-        auto* t = liste();
-        return t ? static_cast<int>(Deplace(*t, i, s)) : i;
     };
     connect(listeRubrique_, &QComboBox::currentIndexChanged, this, [la](int) { la->Montre(0); });
     montres_.push_back([this, la, &p] {
@@ -666,10 +663,7 @@ QWidget* FrmParametreQt::OngletRubriques() {
         for (const auto& [nom, tags] : p.rubriques) listeRubrique_->addItem(Mot(nom));
         listeRubrique_->setCurrentIndex(std::max(0, i));
         listeRubrique_->blockSignals(b);
-        const QString t = la->entree->currentText();
-        la->entree->clear();
-        for (const auto& tag : TagsConnus()) la->entree->addItem(Mot(tag));
-        la->entree->setEditText(t);
+        la->Propose(TagsConnus());
     });
     listes_.push_back(la);
     auto* haut = new QHBoxLayout;
@@ -686,14 +680,8 @@ QWidget* FrmParametreQt::OngletEvenements() {
     auto& p = logique_.etat.p;
     auto* ge = Texte(new QGroupBox(w), kGroupeEvenements);
     evenements_ = new ListeEditable(ge, "LstEvenements", true);
-    evenements_->lignes = [&p] {
-        std::vector<QString> v;
-        for (const auto& t : p.temoins) v.push_back(Mot(t.evenement));
-        return v;
-    };
+    evenements_->Lie(p.temoins, [](const Temoin& t) { return Mot(t.evenement); });
     evenements_->ajoute = [this](int, const QString& t) { return logique_.AjouteEvenement(A(t)); };
-    evenements_->supprime = [&p](int i) { p.temoins.erase(p.temoins.begin() + i); };
-    evenements_->deplace = [&p](int i, int s) { return static_cast<int>(Deplace(p.temoins, i, s)); };
     (new QVBoxLayout(ge))->addWidget(evenements_);
 
     auto* gr = Texte(new QGroupBox(w), kGroupeRoles);
@@ -702,18 +690,13 @@ QWidget* FrmParametreQt::OngletEvenements() {
         const int e = evenements_->liste->currentRow();
         return e >= 0 && e < static_cast<int>(p.temoins.size()) ? &p.temoins[e].roles : nullptr;
     };
-    roles_->lignes = [this, roles] {
-        std::vector<QString> v;
-        if (auto* r = roles())
-            for (const auto& x : *r) {
-                const Role role = LitRole(x);
-                QString t = Mot(role.tag);
-                if (role.sexe != ' ') t += QStringLiteral(" (%1)").arg(M(role.sexe == 'H' ? kHomme : kFemme));
-                if (role.obligatoire) t += QStringLiteral(" - ") + M(kObligatoireCourt);
-                v.push_back(t);
-            }
-        return v;
-    };
+    roles_->LieA(roles, [](const std::string& x) {
+        const Role role = LitRole(x);
+        QString t = Mot(role.tag);
+        if (role.sexe != ' ') t += QStringLiteral(" (%1)").arg(M(role.sexe == 'H' ? kHomme : kFemme));
+        if (role.obligatoire) t += QStringLiteral(" - ") + M(kObligatoireCourt);
+        return t;
+    });
     roleObligatoire_ = Texte(new QCheckBox(gr), kObligatoire);
     roleObligatoire_->setObjectName(QStringLiteral("ChkObligatoire"));
     roleSexe_ = new QComboBox(gr);
@@ -724,13 +707,6 @@ QWidget* FrmParametreQt::OngletEvenements() {
     roles_->ajoute = [this, sexe](int, const QString& t) {
         return logique_.AjouteRole(static_cast<std::size_t>(evenements_->liste->currentRow()),
                                    Role{roleObligatoire_->isChecked(), sexe(), A(t)});
-    };
-    roles_->supprime = [roles](int i) {
-        if (auto* r = roles()) r->erase(r->begin() + i);
-    };
-    roles_->deplace = [roles](int i, int s) {
-        auto* r = roles();
-        return r ? static_cast<int>(Deplace(*r, i, s)) : i;
     };
     roles_->choisi = [this, roles](int i) {
         auto* r = roles();
@@ -768,12 +744,7 @@ QWidget* FrmParametreQt::OngletEvenements() {
         roleSexe_->setItemText(0, M(kIndifferent));
         roleSexe_->setItemText(1, M(kHomme));
         roleSexe_->setItemText(2, M(kFemme));
-        for (ListeEditable* x : {evenements_, roles_}) {
-            const QString t = x->entree->currentText();
-            x->entree->clear();
-            for (const auto& tag : TagsConnus()) x->entree->addItem(Mot(tag));
-            x->entree->setEditText(t);
-        }
+        for (ListeEditable* x : {evenements_, roles_}) x->Propose(TagsConnus());
     });
     listes_.push_back(evenements_);
     listes_.push_back(roles_);
@@ -788,24 +759,16 @@ QWidget* FrmParametreQt::OngletDocuments() {
     auto& p = logique_.etat.p;
     auto* gt = Texte(new QGroupBox(w), kGroupeTypes);
     auto* types = new ListeEditable(gt, "LstTypesDocument", true);
-    types->lignes = [&p] {
-        std::vector<QString> v;
-        for (const auto& t : p.typesDocument) v.push_back(Q(t));
-        return v;
-    };
+    types->Lie(p.typesDocument, Q);
     types->ajoute = [this](int, const QString& t) { return logique_.AjouteTypeDocument(A(t)); };
-    types->supprime = [&p](int i) { p.typesDocument.erase(p.typesDocument.begin() + i); };
-    types->deplace = [&p](int i, int s) { return static_cast<int>(Deplace(p.typesDocument, i, s)); };
     (new QVBoxLayout(gt))->addWidget(types);
     listes_.push_back(types);
 
     auto* gg = Texte(new QGroupBox(w), kGroupeGraphisme);
     auto* formats = new ListeEditable(gg, "LstGraphisme", true);
-    formats->lignes = [&p] {
-        std::vector<QString> v;
-        for (const auto& [f, e] : p.graphisme) v.push_back(Q(f) + QStringLiteral("  \u2014  ") + Q(e));
-        return v;
-    };
+    formats->Lie(p.graphisme, [](const std::pair<std::string, std::string>& x) {
+        return Q(x.first) + QStringLiteral("  \u2014  ") + Q(x.second);
+    });
     extensions_ = new QLineEdit(gg);
     extensions_->setObjectName(QStringLiteral("TxtExtensions"));
     formats->ajoute = [this](int, const QString& t) {
@@ -813,8 +776,6 @@ QWidget* FrmParametreQt::OngletDocuments() {
         if (!r) extensions_->clear();
         return r;
     };
-    formats->supprime = [&p](int i) { p.graphisme.erase(p.graphisme.begin() + i); };
-    formats->deplace = [&p](int i, int s) { return static_cast<int>(Deplace(p.graphisme, i, s)); };
     connect(extensions_, &QLineEdit::returnPressed, formats->ajouter, &QPushButton::click);
     formats->ligneEntree->insertWidget(1, Etiquette(kExtensions, extensions_));
     formats->ligneEntree->insertWidget(2, extensions_, 1);
@@ -843,7 +804,7 @@ QWidget* FrmParametreQt::OngletAuteur() {
         connect(e, &QLineEdit::textEdited, this,
                 [this, i](const QString& t) { logique_.etat.p.adresse[i] = A(t); });
         montres_.push_back([this, e, lib, i] {
-            lib->setText(MT(kAdresse, QString::number(i + 1)));
+            lib->setText(MT(kAdresse, QStringLiteral("&%1").arg(i + 1)));
             e->setText(Q(logique_.etat.p.adresse[i]));
         });
         f->addRow(lib, e);

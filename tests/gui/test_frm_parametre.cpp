@@ -18,6 +18,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 using namespace sylvane;
 
 namespace {
@@ -127,6 +129,26 @@ TEST_F(ParametreQt, EveryTabIsFilledFromTheSettings) {
     EXPECT_TRUE(Champ<QCheckBox>(f, "ChkObligatoire")->isChecked());
     Champ<QComboBox>(f, "LstSexe")->setCurrentIndex(2);
     EXPECT_EQ(f->logique().etat.p.temoins[0].roles[0], "MFCHIL");
+    delete f;
+}
+
+} // namespace
+
+namespace {
+
+// With SYLVANE_CAPTURES naming a folder, each tab is saved there as an image
+// to be looked at (run under a real display for the system's fonts).
+TEST_F(ParametreQt, CapturesOfEveryTab) {
+    const char* dossierCaptures = std::getenv("SYLVANE_CAPTURES");
+    if (!dossierCaptures) GTEST_SKIP();
+    auto* f = new FrmParametreQt(fenetre->contexte());
+    f->show();
+    QApplication::processEvents();
+    for (int i = 0; i < f->onglets()->count(); ++i) {
+        f->onglets()->setCurrentIndex(i);
+        QApplication::processEvents();
+        EXPECT_TRUE(f->grab().save(QStringLiteral("%1/parametres_%2.png").arg(dossierCaptures).arg(i)));
+    }
     delete f;
 }
 
