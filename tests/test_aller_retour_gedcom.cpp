@@ -205,6 +205,15 @@ TEST(AllerRetourGedcom, LesLignesSousUneDateOuUnLieuVontDansLaNote) {
     Stable(a.Exporte());
 }
 
+TEST(AllerRetourGedcom, LaPageDUneCitationResteDansLaNote) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SOUR @S1@\r\n2 PAGE folio 12, acte 34\r\n2 QUAY 3\r\n"
+                      "0 @S1@ SOUR\r\n1 TITL Registres de Dijon\r\n"));
+    const std::string note = a.b.CorpsNote(1);
+    EXPECT_NE(note.find("Registres de Dijon"), std::string::npos) << note;
+    EXPECT_NE(note.find("folio 12, acte 34"), std::string::npos) << note;
+    Stable(a.Exporte());
+}
+
 // --- The public corpus ---------------------------------------------------
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";

@@ -210,6 +210,19 @@ class Importeur {
     void SousLignesEnNote(std::string& note, std::size_t i) {
         for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, 1, true);
     }
+    void Citation(std::string& note, std::size_t s) {
+        std::string sous;
+        for (std::size_t x : g_.sousLignes(s))
+            if (Tag(x) != "EVEN") EnNote(sous, x, 1, true);
+        if (sous.empty()) return;
+        std::string titre;
+        if (const std::size_t r = g_.cible(s); r != GedcomLu::npos) {
+            const std::size_t t = g_.sousLigne(r, "TITL");
+            titre = t != GedcomLu::npos ? Valeur(t) : Valeur(r);
+        }
+        Ajoute(note, Conv_LibelleTag("SOUR") + (titre.empty() ? "" : " : " + titre.substr(0, titre.find('\r'))));
+        Ajoute(note, sous);
+    }
     // An event with no rubric to hold it, as one line of the note:
     // "label - date value".
     static std::string LigneEvenement(const std::string& libelle, const std::string& date,
@@ -343,6 +356,10 @@ class Importeur {
                         Ajoute(note, Conv_LibelleTag(tag) + kCrLf.data() + sous);
                     }
                 }
+            } else if (tag == "SOUR" && g_.ligne(s).lien) {
+                // The citation is made in pass 2; what it says of the source
+                // (PAGE, DATA, NOTE, QUAY) stays in the note under its title.
+                Citation(note, s);
             } else if (tag == "FAMS" || tag == "FAMC" || tag == "ASSO" ||
                        (tag == "SOUR" && g_.ligne(s).lien) || (tag == "NOTE" && g_.ligne(s).lien) ||
                        Parmi(kIgnores, tag)) {
