@@ -103,8 +103,7 @@ class ListeEditable : public QWidget {
         l->addLayout(ligneEntree);
 
         QObject::connect(ajouter, &QPushButton::clicked, this, [this] { Ajoute(); });
-        if (saisie)
-            QObject::connect(entree->lineEdit(), &QLineEdit::returnPressed, this, [this] { Ajoute(); });
+        AjouteSurEntree(saisie ? static_cast<QWidget*>(entree->lineEdit()) : entree);
         QObject::connect(supprimer, &QPushButton::clicked, this, [this] { Supprime(); });
         QObject::connect(monter, &QPushButton::clicked, this, [this] { Deplace(-1); });
         QObject::connect(descendre, &QPushButton::clicked, this, [this] { Deplace(1); });
@@ -183,11 +182,20 @@ class ListeEditable : public QWidget {
     std::function<int(int, int)> deplace;
     std::function<void(int)> choisi;
 
+    // Enter in this field adds the entry, and goes no further: the dialog's
+    // default button would close it.
+    void AjouteSurEntree(QWidget* w) { w->installEventFilter(this); }
+
   protected:
     bool eventFilter(QObject* o, QEvent* e) override {
-        if (o == liste && e->type() == QEvent::KeyPress &&
-            static_cast<QKeyEvent*>(e)->key() == Qt::Key_Delete) {
+        if (e->type() != QEvent::KeyPress) return QWidget::eventFilter(o, e);
+        const int touche = static_cast<QKeyEvent*>(e)->key();
+        if (o == liste && touche == Qt::Key_Delete) {
             Supprime();
+            return true;
+        }
+        if (o != liste && (touche == Qt::Key_Return || touche == Qt::Key_Enter)) {
+            Ajoute();
             return true;
         }
         return QWidget::eventFilter(o, e);
@@ -776,7 +784,7 @@ QWidget* FrmParametreQt::OngletDocuments() {
         if (!r) extensions_->clear();
         return r;
     };
-    connect(extensions_, &QLineEdit::returnPressed, formats->ajouter, &QPushButton::click);
+    formats->AjouteSurEntree(extensions_);
     formats->ligneEntree->insertWidget(1, Etiquette(kExtensions, extensions_));
     formats->ligneEntree->insertWidget(2, extensions_, 1);
     (new QVBoxLayout(gg))->addWidget(formats);

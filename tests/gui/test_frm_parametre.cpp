@@ -1,6 +1,6 @@
 // The settings dialog with its real widgets: a colour and a number changed
-// and confirmed reach the settings and the store; Cancel leaves them; a
-// wrong value keeps the dialog on the tab of the value.
+// and confirmed reach the settings and the store; Enter in a list's entry
+// adds to the list without closing the dialog; Cancel leaves everything.
 #include "app/fenetre_principale.h"
 #include "app/frm_parametre.h"
 #include "store/fichier.h"
@@ -10,11 +10,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTabWidget>
+#include <QTest>
+#include <QVBoxLayout>
 
 #include <gtest/gtest.h>
 
@@ -67,8 +70,11 @@ struct ParametreQt : ::testing::Test {
 
 TEST_F(ParametreQt, AColourAndANumberConfirmedReachTheSettings) {
     ASSERT_TRUE(app->BaseOuverte());
+    // In a dialog, as the main window shows it.
+    QDialog d;
     auto* f = new FrmParametreQt(fenetre->contexte());
-    f->show();
+    (new QVBoxLayout(&d))->addWidget(f);
+    d.show();
     EXPECT_EQ(f->onglets()->count(), 8);
     f->DefinitCouleur(2, QColor(0x11, 0x22, 0x33));
     Champ<QSpinBox>(f, "TxtFrequence")->setValue(7);
@@ -77,9 +83,11 @@ TEST_F(ParametreQt, AColourAndANumberConfirmedReachTheSettings) {
     // A particle added through its entry and flagged for first names.
     auto* particules = f->findChild<QWidget*>(QStringLiteral("LstParticules"));
     ASSERT_NE(particules, nullptr);
+    // Enter in the entry adds it and leaves the dialog open.
     auto* entree = particules->findChild<QComboBox*>();
     entree->setEditText(QStringLiteral("ter"));
-    QMetaObject::invokeMethod(entree->lineEdit(), "returnPressed");
+    QTest::keyClick(entree->lineEdit(), Qt::Key_Return);
+    EXPECT_TRUE(d.isVisible());
     Champ<QCheckBox>(f, "ChkParticulePrenom")->setChecked(true);
     Champ<QPushButton>(f, "CmdOk")->click();
 
@@ -94,8 +102,8 @@ TEST_F(ParametreQt, AColourAndANumberConfirmedReachTheSettings) {
     EXPECT_EQ(reglages.lit("Particule", "ter", ""), "1 1");
     // The colours and boxes are kept with the base as well.
     EXPECT_EQ(reglages.lit(app->base().Chemins().base, "Nombre Cases 3", ""), "40");
-    EXPECT_FALSE(f->isVisible());
-    delete f;
+    EXPECT_FALSE(d.isVisible());
+    EXPECT_EQ(d.result(), QDialog::Accepted);
 }
 
 TEST_F(ParametreQt, CancelLeavesTheSettings) {
