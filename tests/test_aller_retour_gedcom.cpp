@@ -4,9 +4,12 @@
 // same file from the second export on.
 #include "exchange/gedcom_export.h"
 #include "exchange/gedcom_import.h"
+#include "exchange/selection.h"
+#include "exchange/svr.h"
 #include "store/fichier_memoire.h"
 #include "text/dates.h"
 #include "text/messages.h"
+#include "text/reglages.h"
 
 #include <gtest/gtest.h>
 
@@ -212,6 +215,26 @@ TEST(AllerRetourGedcom, LaPageDUneCitationResteDansLaNote) {
     EXPECT_NE(note.find("Registres de Dijon"), std::string::npos) << note;
     EXPECT_NE(note.find("folio 12, acte 34"), std::string::npos) << note;
     Stable(a.Exporte());
+}
+
+TEST(AllerRetourGedcom, UnTitreDeSourceSurPlusieursLignesPasseParLeFichierDEchange) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SOUR @S1@\r\n2 EVEN\r\n3 ROLE CHIL\r\n"
+                      "0 @S1@ SOUR\r\n1 TITL Registres\r\n2 CONT de Dijon\r\n1 DATA\r\n2 EVEN BIRT\r\n3 DATE 1 JAN 1850\r\n"
+                      "0 @S2@ SOUR\r\n1 TITL Un\r\n2 CONT document\r\n"));
+    ASSERT_EQ(a.b.Tete().nbEvenements, 1u);
+    EXPECT_EQ(a.b.TitreEvt(1), "Registres de Dijon");
+    Selection sel(a.b);
+    sel.SelectionneTout();
+    sel.complet = true;
+    ASSERT_TRUE(ExporteSvr(a.b, sel, a.p, a.fs, "/a.svr"));
+    Base b{a.fs, a.p};
+    b.Nouvelle("/b.sv2");
+    ReglagesMemoire reglages;
+    const BilanSvr bilan = LitSvrNouvelleBase(b, a.fs, "/a.svr", reglages);
+    EXPECT_EQ(bilan.personnes, 1u);
+    EXPECT_EQ(bilan.evenements, 1u);
+    EXPECT_EQ(b.TitreEvt(1), "Registres de Dijon");
+    EXPECT_EQ(b.EvtNo(1, 1), 1u);
 }
 
 // --- The public corpus ---------------------------------------------------

@@ -96,6 +96,13 @@ DateTenue DateTenueDe(std::string_view v, bool& ok, bool* exacte = nullptr) {
     return d;
 }
 
+// A title is one line in the base and in the exchange file: the lines of
+// a title of several (TITL with CONT) are joined by a blank.
+std::string UneLigne(std::string v) {
+    for (auto p = v.find(kCrLf); p != std::string::npos; p = v.find(kCrLf, p)) v.replace(p, 2, " ");
+    return v;
+}
+
 struct Rubrique {
     std::string jourMois, annee, valeur;
     bool rempli = false;
@@ -442,7 +449,7 @@ class Importeur {
         std::vector<std::uint32_t> docs;
         for (std::size_t s : g_.sousLignes(i)) {
             const std::string_view t = Tag(s);
-            if (t == "TITL") titre = Valeur(s);
+            if (t == "TITL") titre = UneLigne(Valeur(s));
             else if (t == "DATA") {
             } else if (t == "NOTE" && g_.ligne(s).lien) {
                 docsPasse2_.push_back(s);
@@ -452,7 +459,7 @@ class Importeur {
         }
         if (evt == GedcomLu::npos) {
             // No event data: the source is a document.
-            const std::uint32_t d = b_.CreeDoc(titre.empty() ? Valeur(i) : titre, "", "", note);
+            const std::uint32_t d = b_.CreeDoc(titre.empty() ? UneLigne(Valeur(i)) : titre, "", "", note);
             numeros_[p] = d;
             genres_[p] = 'D';
             ++r_.documents;
