@@ -149,6 +149,7 @@ namespace {
 TEST_F(ParametreQt, CapturesOfEveryTab) {
     const char* dossierCaptures = std::getenv("SYLVANE_CAPTURES");
     if (!dossierCaptures) GTEST_SKIP();
+    if (const char* langue = std::getenv("SYLVANE_CAPTURES_LANGUE")) fenetre->logique().ChoisitLangue(langue);
     auto* f = new FrmParametreQt(fenetre->contexte());
     f->show();
     QApplication::processEvents();
