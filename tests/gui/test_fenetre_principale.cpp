@@ -3,6 +3,7 @@
 // the language, the tool bar follows its setting, navigation goes through
 // the menu actions, and the progress panel stops on its button.
 #include "app/fenetre_principale.h"
+#include "fenetre_test.h"
 #include "app/texte_qt.h"
 #include "store/fichier.h"
 #include "support/dossier_temp.h"
@@ -22,12 +23,7 @@ using namespace sylvane;
 
 namespace {
 
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
+using test::Appli;
 
 struct FenetreQt : ::testing::Test {
     test::DossierTemp dossier;

@@ -5,10 +5,10 @@
 // a folder and SYLVANE_CAPTURE_BASE to a base, also writes the picture of
 // the ascendant list there.
 #include "app/fenetre_principale.h"
+#include "fenetre_test.h"
 #include "app/frm_listes.h"
 #include "store/base.h"
 #include "store/fichier.h"
-#include "support/dossier_temp.h"
 #include "text/reglages.h"
 #include "ui/application.h"
 
@@ -30,63 +30,15 @@ using namespace sylvane;
 
 namespace {
 
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
-
-struct FrmListesTest : ::testing::Test {
-    test::DossierTemp dossier;
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
+struct FrmListesTest : test::FenetreTest {
     std::uint32_t gp = 0, gm = 0, pere = 0, mere = 0, moi = 0, fils = 0;
 
     void SetUp() override {
-        Appli();
         const std::string chemin = dossier / "famille.sv2";
-        {
-            Parametres p;
-            Base b(systemeReel(), p);
-            b.Nouvelle(chemin);
-            auto personne = [&](const char* nom, const char* prenom, char sexe, const char* an) {
-                return b.CreePersonne(nom, prenom, "", sexe, an);
-            };
-            auto parents = [&](std::uint32_t c, std::uint32_t pe, std::uint32_t me) {
-                b.EcritPere(c, pe);
-                b.MajEnfants(pe, c, 'A');
-                b.EcritMere(c, me);
-                b.MajEnfants(me, c, 'A');
-                if (b.MariageNo(pe, 1) == 0) b.CreeMariage(pe, me);
-            };
-            gp = personne("Martin", "Louis", 'H', "1820");
-            gm = personne("Petit", "Rose", 'F', "1825");
-            pere = personne("Martin", "Jean", 'H', "1850");
-            mere = personne("Roux", "Marie", 'F', "1852");
-            moi = personne("Martin", "Pierre", 'H', "1880");
-            const std::uint32_t conj = personne("Blanc", "Anne", 'F', "1882");
-            fils = personne("Martin", "Paul", 'H', "1905");
-            parents(pere, gp, gm);
-            parents(moi, pere, mere);
-            parents(fils, moi, conj);
-            b.FermeBase();
-        }
-        reglages.ecrit("Defaut", "Travail", dossier.chemin());
-        app = std::make_unique<Application>(systemeReel(), reglages, SYLVANE_BINARY_DIR "/src");
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
-        fenetre->resize(1200, 800);
-        fenetre->show();
-        fenetre->logique().Demarre({});
-        ASSERT_TRUE(fenetre->logique().OuvreFichier(chemin));
-        fenetre->logique().Aller(moi);
+        const test::Famille f = test::EcritFamille(chemin, false);
+        gp = f.gp, gm = f.gm, pere = f.pere, mere = f.mere, moi = f.moi, fils = f.fils;
+        OuvreFenetre(chemin, moi);
     }
-    void TearDown() override {
-        fenetre.reset();
-        app.reset();
-    }
-
     // Opens the list from its menu entry and lets it build.
     FrmListeQt* Ouvre(Commande c, const char* nom) {
         EXPECT_TRUE(fenetre->logique().Execute(c));

@@ -3,11 +3,11 @@
 // also writes the pictures of the view at levels 2 and 4 of the sample
 // family there.
 #include "app/fenetre_principale.h"
+#include "fenetre_test.h"
 #include "app/frm_debut.h"
 #include "app/texte_qt.h"
 #include "store/base.h"
 #include "store/fichier.h"
-#include "support/dossier_temp.h"
 #include "text/reglages.h"
 #include "ui/application.h"
 
@@ -25,65 +25,14 @@ using namespace sylvane;
 
 namespace {
 
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
-
-struct FrmDebutTest : ::testing::Test {
-    test::DossierTemp dossier;
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
+struct FrmDebutTest : test::FenetreTest {
     std::uint32_t gp = 0, gm = 0, pere = 0, mere = 0, moi = 0, conj = 0, fils = 0, fille = 0;
 
     void SetUp() override {
-        Appli();
-        // The base: grandparents, parents, the person, a spouse, two children.
         const std::string chemin = dossier / "famille.sv2";
-        {
-            Parametres p;
-            Base b(systemeReel(), p);
-            b.Nouvelle(chemin);
-            auto personne = [&](const char* nom, const char* prenom, char sexe, const char* an) {
-                return b.CreePersonne(nom, prenom, "", sexe, an);
-            };
-            auto parents = [&](std::uint32_t c, std::uint32_t pe, std::uint32_t me) {
-                b.EcritPere(c, pe);
-                b.MajEnfants(pe, c, 'A');
-                b.EcritMere(c, me);
-                b.MajEnfants(me, c, 'A');
-                if (b.MariageNo(pe, 1) == 0) b.CreeMariage(pe, me);
-            };
-            gp = personne("Martin", "Louis", 'H', "1820");
-            gm = personne("Petit", "Rose", 'F', "1825");
-            pere = personne("Martin", "Jean", 'H', "1850");
-            mere = personne("Roux", "Marie", 'F', "1852");
-            moi = personne("Martin", "Pierre", 'H', "1880");
-            conj = personne("Blanc", "Anne", 'F', "1882");
-            fils = personne("Martin", "Paul", 'H', "1905");
-            fille = personne("Martin", "Claire", 'F', "1907");
-            parents(pere, gp, gm);
-            parents(moi, pere, mere);
-            parents(fils, moi, conj);
-            parents(fille, moi, conj);
-            b.FermeBase();
-        }
-        reglages.ecrit("Defaut", "Travail", dossier.chemin());
-        app = std::make_unique<Application>(systemeReel(), reglages,
-                                            SYLVANE_BINARY_DIR "/src");
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
-        fenetre->resize(1200, 800);
-        fenetre->show();
-        fenetre->logique().Demarre({});
-        ASSERT_TRUE(fenetre->logique().OuvreFichier(chemin));
-        fenetre->logique().Aller(moi);
-    }
-    void TearDown() override {
-        fenetre.reset();
-        app.reset();
+        const test::Famille f = test::EcritFamille(chemin);
+        gp = f.gp, gm = f.gm, pere = f.pere, mere = f.mere, moi = f.moi, conj = f.conj, fils = f.fils, fille = f.fille;
+        OuvreFenetre(chemin, moi);
     }
     FrmDebutQt* Vue() { return qobject_cast<FrmDebutQt*>(fenetre->Formulaire("FrmDebut")); }
     int Index(FrmDebutQt* v, std::uint32_t n) {

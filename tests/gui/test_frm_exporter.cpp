@@ -3,6 +3,7 @@
 // format's options following the format, and a run that writes the file
 // and closes the window.
 #include "app/fenetre_principale.h"
+#include "fenetre_test.h"
 #include "app/frm_controle.h"
 #include "app/frm_exporter.h"
 #include "exchange/svr.h"
@@ -27,12 +28,7 @@ using namespace sylvane;
 
 namespace {
 
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
+using test::Appli;
 
 struct ExporterQt : ::testing::Test {
     test::DossierTemp dossier;
