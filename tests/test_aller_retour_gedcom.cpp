@@ -237,6 +237,20 @@ TEST(AllerRetourGedcom, UnTitreDeSourceSurPlusieursLignesPasseParLeFichierDEchan
     EXPECT_EQ(b.EvtNo(1, 1), 1u);
 }
 
+TEST(AllerRetourGedcom, ObjetsEtDepotsDeviennentDesDocuments) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 OBJE @O1@\r\n"
+                      "0 @O1@ OBJE\r\n1 FILE photo.jpg\r\n2 FORM jpeg\r\n2 TITL Jean en 1900\r\n"
+                      "0 @R1@ REPO\r\n1 NAME Archives de la C\xF4te-d'Or\r\n1 ADDR Dijon\r\n"));
+    EXPECT_EQ(a.r.documents, 2u);
+    const std::uint32_t d = a.b.DocNo(1, 1);
+    ASSERT_NE(d, 0u);
+    EXPECT_EQ(a.b.FichierDoc(d), "photo.jpg");
+    EXPECT_EQ(a.b.TypeDoc(d), "jpeg");
+    const std::string e1 = a.Exporte();
+    EXPECT_NE(e1.find("1 REFN photo.jpg\r\n2 TYPE jpeg\r\n"), std::string::npos) << e1;
+    Stable(e1);
+}
+
 // --- The public corpus ---------------------------------------------------
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";

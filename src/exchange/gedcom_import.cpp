@@ -258,6 +258,10 @@ class Importeur {
                 if (!Point("NOTE")) return;
                 numeros_[p] = DocumentNote(i);
                 genres_[p] = 'D';
+            } else if ((tag == "OBJE" || tag == "REPO") && p) {
+                if (!Point(tag == "OBJE" ? "OBJE" : "REPO")) return;
+                numeros_[p] = DocumentObjet(i);
+                genres_[p] = 'D';
             } else if (tag == "HEAD") {
                 Entete(i);
             } else if (tag == "FAM") {
@@ -368,7 +372,7 @@ class Importeur {
                 // (PAGE, DATA, NOTE, QUAY) stays in the note under its title.
                 Citation(note, s);
             } else if (tag == "FAMS" || tag == "FAMC" || tag == "ASSO" ||
-                       (tag == "SOUR" && g_.ligne(s).lien) || (tag == "NOTE" && g_.ligne(s).lien) ||
+                       (tag == "OBJE" && g_.ligne(s).lien) || (tag == "NOTE" && g_.ligne(s).lien) ||
                        Parmi(kIgnores, tag)) {
                 // pass 2, or nothing to keep
             } else if (tag == "NOTE" || tag == "TEXT") {
@@ -511,6 +515,32 @@ class Importeur {
         ++r_.evenements;
     }
 
+    // A multimedia object or a repository as a document: its title (TITL,
+    // or NAME), its file (FILE) and its type (FORM); every other line in
+    // its note.
+    std::uint32_t DocumentObjet(std::size_t i) {
+        std::string titre, fichier, type, note;
+        for (std::size_t s : g_.sousLignes(i)) {
+            const std::string_view t = Tag(s);
+            if ((t == "TITL" || t == "NAME") && titre.empty()) {
+                titre = UneLigne(Valeur(s));
+            } else if (t == "FILE" && fichier.empty()) {
+                fichier = Valeur(s);
+                const std::size_t f = g_.sousLigne(s, "FORM");
+                if (f != GedcomLu::npos) type = Valeur(f);
+                for (std::size_t x : g_.sousLignes(s))
+                    if (Tag(x) != "FORM") EnNote(note, x, 1, true);
+            } else if (t == "FORM" && type.empty()) {
+                type = Valeur(s);
+            } else if (!Parmi(kIgnores, t)) {
+                EnNote(note, s, 0, true);
+            }
+        }
+        if (titre.empty()) titre = fichier.empty() ? std::string(Tag(i)) : fichier;
+        ++r_.documents;
+        return b_.CreeDoc(titre, fichier, type, note);
+    }
+
     std::uint32_t DocumentNote(std::size_t i) {
         std::string v = Valeur(i);
         const auto crlf = v.find(kCrLf);
@@ -578,7 +608,7 @@ class Importeur {
                 } else if (std::uint32_t d = Numero(s, 'D')) {
                     b_.MajDocs(n, d, 'A');
                 }
-            } else if (tag == "NOTE" && g_.ligne(s).lien) {
+            } else if ((tag == "NOTE" || tag == "OBJE") && g_.ligne(s).lien) {
                 if (std::uint32_t d = Numero(s, 'D')) b_.MajDocs(n, d, 'A');
             }
         }
