@@ -233,9 +233,9 @@ TEST(GedcomLignes, ValuesContinuationsAndTheTree) {
         tags.emplace_back(g.tag(i));
     EXPECT_EQ(tags, (std::vector<std::string>{"NAME", "NOTE", "FAMS", "EMAIL"}));
     EXPECT_EQ(g.valeur(g.sousLigne(p, "NAME")), "Jean /Dupont/");
-    // CONC puts back the blank that the writer dropped at the cut.
+    // CONC joins with nothing between, as GEDCOM has it.
     const std::size_t note = g.sousLigne(p, "NOTE");
-    EXPECT_EQ(g.valeur(note), "Premi\xE8re ligne coup \xE9"
+    EXPECT_EQ(g.valeur(note), "Premi\xE8re ligne coup\xE9"
                               "e\r\nseconde");
     const std::size_t source = g.sousLigne(note, "SOUR");
     EXPECT_EQ(g.ligne(source).niveau, 2);
