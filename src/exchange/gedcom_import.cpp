@@ -807,7 +807,8 @@ class Importeur {
             TriStable();
         }
         TriStableDocsEtEvts();
-        if (!q || q->OuiNon(QuestionMotsCles)) {
+        // A stopped import is dropped by its caller: nothing more is asked.
+        if (!r_.arrete && (!q || q->OuiNon(QuestionMotsCles))) {
             b_.FinLot();
             r_.motsCles = true;
         } else {
