@@ -249,6 +249,17 @@ void MDIForm1Qt::ConstruitBarre() {
         const Commande c = b.commande;
         connect(a, &QAction::triggered, this, [this, c] { logique_->Execute(c); });
     }
+    MajActions();
+}
+
+void MDIForm1Qt::MajActions() {
+    for (auto it = actions_.begin(); it != actions_.end(); ++it) {
+        const auto c = static_cast<Commande>(it.key());
+        if (c == Commande::MnuHisto || c == Commande::MnuLangue) continue;
+        it.value()->setEnabled(logique_->Active(c));
+    }
+    for (QAction* a : barre_->actions())
+        if (a->data().isValid()) a->setEnabled(logique_->Active(static_cast<Commande>(a->data().toInt())));
 }
 
 void MDIForm1Qt::RemplitHistorique() {
@@ -290,14 +301,7 @@ void MDIForm1Qt::EtatChange() {
     const std::string titre = logique_->Titre();
     setWindowTitle(titre.empty() ? QStringLiteral("Sylvane")
                                  : QStringLiteral("Sylvane - ") + CheminQt(titre));
-    for (auto it = actions_.begin(); it != actions_.end(); ++it) {
-        const auto c = static_cast<Commande>(it.key());
-        if (c == Commande::MnuHisto || c == Commande::MnuLangue) continue;
-        it.value()->setEnabled(logique_->Active(c));
-    }
-    for (QAction* a : barre_->actions()) {
-        if (a->data().isValid()) a->setEnabled(logique_->Active(static_cast<Commande>(a->data().toInt())));
-    }
+    MajActions();
     for (int n = 1; n <= 4; ++n)
         Action(static_cast<Commande>(static_cast<int>(Commande::MnuNiveau1) + n - 1))
             ->setChecked(logique_->niveau == n);

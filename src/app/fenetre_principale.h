@@ -103,6 +103,8 @@ class MDIForm1Qt : public QMainWindow,
   private:
     void ConstruitMenus();
     void ConstruitBarre();
+    // Enables each menu entry and tool button as the logic says.
+    void MajActions();
     void RemplitHistorique();
     void RemplitLangues();
     void LettreMenus();
