@@ -13,6 +13,15 @@ std::span<const Verbe> Verbes() {
               "add-person BASE.sv2 --name N --first F [--sex H|F|I] [--birth YEAR] "
               "[--father N] [--mother N]",
               VerbeAddPerson},
+        Verbe{"link",
+              "link BASE.sv2 --child N --father|--mother N [--yes]  (questions r\xC3\xA9pondues "
+              "non, oui avec --yes : mariage des parents, autres enfants de l'autre parent)",
+              VerbeLink},
+        Verbe{"unlink", "unlink BASE.sv2 --child N --father|--mother N", VerbeUnlink},
+        Verbe{"marry",
+              "marry BASE.sv2 HUSBAND WIFE [--year Y] [--yes]  (questions r\xC3\xA9pondues non, "
+              "oui avec --yes : le conjoint autre parent des enfants de chacun)",
+              VerbeMarry},
         Verbe{"mes", "mes build SOURCE OUT.mes | mes dump FILE.mes", VerbeMes},
         Verbe{"text",
               "text fold|phonetic|near|propre|particule|date|gedcom-date|display-date|"

@@ -34,5 +34,8 @@ int VerbeImportSvr(const Arguments&, std::ostream&, std::ostream&);
 int VerbeIntegrate(const Arguments&, std::ostream&, std::ostream&);
 int VerbeBackup(const Arguments&, std::ostream&, std::ostream&);
 int VerbeRestore(const Arguments&, std::ostream&, std::ostream&);
+int VerbeLink(const Arguments&, std::ostream&, std::ostream&);
+int VerbeUnlink(const Arguments&, std::ostream&, std::ostream&);
+int VerbeMarry(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

@@ -1,6 +1,7 @@
 // Verbs over the base file and the person store.
 #include "cli/session.h"
 #include "cli/verbes.h"
+#include "store/liens.h"
 #include "store/pack.h"
 
 #include <ostream>
@@ -116,15 +117,17 @@ int VerbeAddPerson(const Arguments& args, std::ostream& out, std::ostream& err) 
     Base& b = s.Ouvre(chemin);
     std::uint32_t pere = o.a("father") ? PersonneArgument(b, o.valeur("father"), "--father") : 0;
     std::uint32_t mere = o.a("mother") ? PersonneArgument(b, o.valeur("mother"), "--mother") : 0;
+    // As on the sheet: a father is a man, a mother a woman.
+    if ((pere && b.LitSexe(pere) != "H") || (mere && b.LitSexe(mere) != "F"))
+        throw std::runtime_error(pere && b.LitSexe(pere) != "H"
+                                     ? "--father : la personne n\xC2\xB0 " + o.valeur("father") +
+                                           " n'est pas un homme"
+                                     : "--mother : la personne n\xC2\xB0 " + o.valeur("mother") +
+                                           " n'est pas une femme");
     std::uint32_t n = b.CreePersonne(nom, prenom, "", sexe[0], an);
-    if (pere) {
-        b.EcritPere(n, pere);
-        b.MajEnfants(pere, n, 'A');
-    }
-    if (mere) {
-        b.EcritMere(n, mere);
-        b.MajEnfants(mere, n, 'A');
-    }
+    Liens liens(b, {}); // the sheet's questions answered No
+    liens.AttacheParent(n, Cote::Pere, pere);
+    liens.AttacheParent(n, Cote::Mere, mere);
     s.Ferme();
     out << n << "\n";
     return 0;
