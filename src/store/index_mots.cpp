@@ -346,7 +346,8 @@ void Base::FinLot() {
         std::string sortie;
         const std::string prefixe(1, symbole);
         auto j = lot->mots.lower_bound(prefixe);
-        auto finLot = [&] { return j == lot->mots.end() || j->first[0] != symbole; };
+        const char sym = symbole; // a lambda may not name a structured binding (clang 14)
+        auto finLot = [&] { return j == lot->mots.end() || j->first[0] != sym; };
         std::size_t i = 0;
         const std::size_t nb = avant.size() / 4;
         while (i < nb || !finLot()) {

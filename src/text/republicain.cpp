@@ -66,7 +66,7 @@ long joursAvant(int a, RegleSextile regle) {
 const char* MoisRepublicain(int mois) {
     static const char* const noms[] = {
         "Vend\xE9miaire", "Brumaire",  "Frimaire", "Niv\xF4se",  "Pluvi\xF4se",
-        "Vent\xF4se",     "Germinal",  "Flor\xE9" "al", "Prairial", "Messidor",
+        "Vent\xF4se",     "Germinal",  "Flor\xE9\x61l", "Prairial", "Messidor",
         "Thermidor",      "Fructidor", "Sans-culottide"};
     return mois >= 1 && mois <= 13 ? noms[mois - 1] : "";
 }
