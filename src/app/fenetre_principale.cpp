@@ -126,7 +126,14 @@ MDIForm1Qt::MDIForm1Qt(Application& app)
     zone_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation, true);
     zone_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     zone_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-    connect(zone_, &QMdiArea::subWindowActivated, this, &MDIForm1Qt::SynchroniseOnglets);
+    connect(zone_, &QMdiArea::subWindowActivated, this, [this](QMdiSubWindow* sw) {
+        // The family view is the background of the area: when it takes the
+        // focus, the other windows stay above it.
+        if (sw && sw->widget() && sw->widget()->objectName() == QStringLiteral("FrmDebut"))
+            for (QMdiSubWindow* autre : zone_->subWindowList())
+                if (autre != sw && autre->isVisible()) autre->raise();
+        SynchroniseOnglets();
+    });
     pile->addWidget(zone_, 1);
 
     // The progress panel, under the child windows.
@@ -347,7 +354,15 @@ void MDIForm1Qt::LangueChangee() {
     cmdAnnuler_->setText(M(3103));
     PourChaqueFormulaire([](FormulaireQt* f) {
         f->Retraduit();
-        if (auto* sw = qobject_cast<QMdiSubWindow*>(f->parentWidget())) sw->setWindowTitle(f->windowTitle());
+        if (auto* sw = qobject_cast<QMdiSubWindow*>(f->parentWidget())) {
+            sw->setWindowTitle(f->windowTitle());
+            // Texts of another language may need more room: the window
+            // grows once its layout has taken the new texts.
+            QPointer<QMdiSubWindow> p(sw);
+            QTimer::singleShot(0, sw, [p] {
+                if (p && !p->isMaximized()) p->resize(p->size().expandedTo(p->sizeHint()));
+            });
+        }
     });
     SynchroniseOnglets();
     Q_EMIT langueChangee();

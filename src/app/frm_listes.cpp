@@ -188,7 +188,7 @@ void FrmListeQt::Retraduit() {
     cmdMaj_->setText(M(msg_listes::CmdMaj));
     modele_->Retraduit();
     setWindowTitle(Q(logique_.Titre()));
-    nombre_->setText(MT(Nombre, QString::number(logique_.Lignes().size())));
+    AfficheNombre();
     Largeurs();
 }
 
@@ -208,7 +208,7 @@ void FrmListeQt::ListeChangee() {
     }
     ordres_[logique_.Presentation()]->setChecked(true);
     setWindowTitle(Q(logique_.Titre()));
-    nombre_->setText(MT(msg_listes::Nombre, QString::number(logique_.Lignes().size())));
+    AfficheNombre();
     if (!logique_.Lignes().empty()) grille_->selectRow(0);
     Largeurs();
     Boutons();
@@ -269,5 +269,10 @@ static EnregistrementFormulaire enrAscendants("FrmAscendants", [](ContexteQt& c)
 static EnregistrementFormulaire enrDescendants("FrmDescendants", [](ContexteQt& c) {
     return new FrmListeQt(c, GenreListe::Descendants);
 });
+
+void FrmListeQt::AfficheNombre() {
+    const std::size_t n = logique_.Lignes().size();
+    nombre_->setText(MT(n == 1 ? msg_listes::NombreUn : msg_listes::Nombre, QString::number(n)));
+}
 
 } // namespace sylvane

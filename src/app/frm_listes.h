@@ -68,6 +68,8 @@ class FrmListeQt : public FormulaireQt, public VueListe {
     int LigneCourante() const;
     void Boutons();
     void Largeurs();
+    // "1 personne", "3 personnes" under the grid.
+    void AfficheNombre();
 
     ContexteQt& c_;
     FrmListe logique_;

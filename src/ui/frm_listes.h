@@ -28,6 +28,7 @@ inline constexpr int CmdDescendants = 3509;
 inline constexpr int CmdImpression = 3510;
 inline constexpr int CmdMaj = 3511;
 inline constexpr int Nombre = 3512;       // "&1 persons" under the grid
+inline constexpr int NombreUn = 3513;     // the same for one person
 inline constexpr int ColPersonne = 3520;  // headers of the grid's columns
 inline constexpr int ColGeneration = 3521;
 inline constexpr int ColSosa = 3522;
