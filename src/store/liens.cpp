@@ -29,6 +29,12 @@ std::uint32_t Parent(Base& b, std::uint32_t c, Cote cote) {
     return cote == Cote::Pere ? b.LitPere(c) : b.LitMere(c);
 }
 
+// A person of the base that hasn't been deleted (a deleted record keeps
+// no identity text).
+bool Vivante(Base& b, std::uint32_t n) {
+    return n != 0 && n <= b.Tete().maxPersonne && !b.LitIdentite(n).empty();
+}
+
 char Sexe(Base& b, std::uint32_t n) {
     std::string s = b.LitSexe(n);
     return s.empty() ? ' ' : s[0];
@@ -178,7 +184,8 @@ void Liens::PoseParent(std::uint32_t k, Cote cote, std::uint32_t parent) {
     if (cote == Cote::Pere) b_.EcritPere(k, parent);
     else b_.EcritMere(k, parent);
     if (parent) b_.MajEnfants(parent, k, 'A');
-    changes_.push_back(k);
+    // The numbers follow when the table holds the person or either parent.
+    changes_.insert(changes_.end(), {k, ancien, parent});
 }
 
 void Liens::VerifieDeces(std::uint32_t parent, std::uint32_t enfant, int message,
@@ -196,7 +203,7 @@ bool Liens::DemandeParentAussi(std::uint32_t parent, std::uint32_t k, int messag
 
 ResultatLien Liens::AttacheParent(std::uint32_t c, Cote cote, std::uint32_t parent) {
     ResultatLien r;
-    if (c == 0 || parent == 0 || parent == c) return r;
+    if (parent == c || !Vivante(b_, c) || !Vivante(b_, parent)) return r;
     if (Sexe(b_, parent) != (cote == Cote::Pere ? 'H' : 'F')) {
         r.refus = 936;
         return r;
@@ -259,7 +266,7 @@ ResultatLien Liens::AttacheConjoint(std::uint32_t p, std::uint32_t conjoint, boo
     ResultatLien r;
     const char sexe = Sexe(b_, p);
     if ((r.refus = RefusConjoint(b_, p))) return r;
-    if (conjoint == 0 || conjoint == p) return r;
+    if (conjoint == p || !Vivante(b_, conjoint)) return r;
     if (Sexe(b_, conjoint) != (sexe == 'H' ? 'F' : 'H')) {
         r.refus = 936;
         return r;
@@ -322,7 +329,7 @@ ResultatLien Liens::AttacheEnfant(std::uint32_t p, std::uint32_t k) {
         r.refus = 640;
         return r;
     }
-    if (k == 0 || k == p) return r;
+    if (k == p || !Vivante(b_, k)) return r;
     const Cote cote = sexe == 'H' ? Cote::Pere : Cote::Mere;
     const std::uint32_t present = Parent(b_, k, cote);
     r.personne = k;
@@ -374,7 +381,7 @@ ResultatLien Liens::CoupeEnfant(std::uint32_t p, std::uint32_t k) {
     if (sexe == 'H' && b_.LitPere(k) == p) b_.EcritPere(k, 0);
     else if (sexe == 'F' && b_.LitMere(k) == p) b_.EcritMere(k, 0);
     b_.MajEnfants(p, k, 'S');
-    changes_.push_back(k);
+    changes_.insert(changes_.end(), {k, p});
     r.ecrit = true;
     Renumerote();
     return r;
@@ -398,7 +405,7 @@ std::optional<std::string> TexteLien(const DialogueLiens& d) {
 
 ResultatLien Liens::AjouteLien(std::uint32_t p, std::uint32_t autre) {
     ResultatLien r;
-    if (p == 0 || autre == 0 || autre == p) return r;
+    if (autre == p || !Vivante(b_, p) || !Vivante(b_, autre)) return r;
     const auto texte = TexteLien(d_);
     if (!texte) return r;
     b_.MajLiens(p, autre, *texte, 'A');
