@@ -50,16 +50,27 @@ std::string DossierProgrammeBench() {
         .string();
 }
 
+// The program with its settings in memory and its work folder in the
+// benchmarks' folder, its window shown and started on `base`.
+struct Programme {
+    ReglagesMemoire reglages;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<MDIForm1Qt> fenetre;
+    explicit Programme(const std::string& base) {
+        Appli();
+        reglages.ecrit("Defaut", "Travail", Dossier());
+        app = std::make_unique<Application>(systemeReel(), reglages, DossierProgrammeBench());
+        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        fenetre->show();
+        fenetre->logique().Demarre({base});
+    }
+};
+
 void BM_DemarrageSurLaBaseExemple(benchmark::State& state) {
-    Appli();
     const std::string base = BaseExemple();
     for (auto _ : state) {
-        ReglagesMemoire reglages;
-        reglages.ecrit("Defaut", "Travail", Dossier());
-        Application app(systemeReel(), reglages, DossierProgrammeBench());
-        MDIForm1Qt fenetre(app);
-        fenetre.show();
-        fenetre.logique().Demarre({base});
+        Programme p(base);
+        MDIForm1Qt& fenetre = *p.fenetre;
         QApplication::processEvents(); // the window and its family view paint
         benchmark::DoNotOptimize(fenetre.logique().PersonneEnCours());
         state.PauseTiming();
@@ -70,14 +81,8 @@ void BM_DemarrageSurLaBaseExemple(benchmark::State& state) {
 BENCHMARK(BM_DemarrageSurLaBaseExemple)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_SuivantPrecedentSurUnMillion(benchmark::State& state) {
-    Appli();
-    const std::string base = BaseMillion();
-    ReglagesMemoire reglages;
-    reglages.ecrit("Defaut", "Travail", Dossier());
-    Application app(systemeReel(), reglages, DossierProgrammeBench());
-    MDIForm1Qt fenetre(app);
-    fenetre.show();
-    fenetre.logique().Demarre({base});
+    Programme p(BaseMillion());
+    MDIForm1Qt& fenetre = *p.fenetre;
     fenetre.logique().DefinitNiveau(4);
     Base& b = *fenetre.logique().base();
     fenetre.logique().Aller(b.TriFiche(b.TablePersonnes().taille() / 2));

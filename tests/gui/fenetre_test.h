@@ -72,12 +72,16 @@ struct FenetreTest : ::testing::Test {
     std::unique_ptr<Application> app;
     std::unique_ptr<MDIForm1Qt> fenetre;
 
-    // Shows the window and opens the base at `chemin` on `personne`.
-    void OuvreFenetre(const std::string& chemin, std::uint32_t personne = 0) {
+    // The window, not shown and not started.
+    void CreeFenetre() {
         Appli();
         reglages.ecrit("Defaut", "Travail", dossier.chemin());
         app = std::make_unique<Application>(systemeReel(), reglages, SYLVANE_BINARY_DIR "/src");
         fenetre = std::make_unique<MDIForm1Qt>(*app);
+    }
+    // Shows the window and opens the base at `chemin` on `personne`.
+    void OuvreFenetre(const std::string& chemin, std::uint32_t personne = 0) {
+        CreeFenetre();
         fenetre->resize(1200, 800);
         fenetre->show();
         fenetre->logique().Demarre({});

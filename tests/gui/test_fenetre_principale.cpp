@@ -6,7 +6,6 @@
 #include "fenetre_test.h"
 #include "app/texte_qt.h"
 #include "store/fichier.h"
-#include "support/dossier_temp.h"
 #include "text/messages.h"
 #include "text/reglages.h"
 
@@ -23,17 +22,10 @@ using namespace sylvane;
 
 namespace {
 
-using test::Appli;
-
-struct FenetreQt : ::testing::Test {
-    test::DossierTemp dossier;
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
+struct FenetreQt : test::FenetreTest {
     std::string chemin;
 
     void SetUp() override {
-        Appli();
         chemin = dossier / "famille.sv2";
         {
             Parametres p;
@@ -44,16 +36,8 @@ struct FenetreQt : ::testing::Test {
             b.CreePersonne("Bernard", "Paul", "", 'H', "1930");
             b.FermeBase();
         }
-        reglages.ecrit("Defaut", "Travail", dossier.chemin());
-        // The message files stand beside the program in the build tree.
-        app = std::make_unique<Application>(systemeReel(), reglages,
-                                            std::string(SYLVANE_BINARY_DIR) + "/src");
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        CreeFenetre();
         fenetre->logique().Demarre({chemin});
-    }
-    void TearDown() override {
-        fenetre->logique().Termine();
-        fenetre.reset();
     }
     QString Libelle(Commande c) { return fenetre->Action(c)->text(); }
 };

@@ -2,9 +2,9 @@
 // and confirmed reach the settings and the store; Enter in a list's entry
 // adds to the list without closing the dialog; Cancel leaves everything.
 #include "app/fenetre_principale.h"
+#include "fenetre_test.h"
 #include "app/frm_parametre.h"
 #include "store/fichier.h"
-#include "support/dossier_temp.h"
 #include "text/reglages.h"
 
 #include <QApplication>
@@ -27,22 +27,10 @@ using namespace sylvane;
 
 namespace {
 
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
-
-struct ParametreQt : ::testing::Test {
-    test::DossierTemp dossier;
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
+struct ParametreQt : test::FenetreTest {
     std::string chemin;
 
     void SetUp() override {
-        Appli();
         chemin = dossier / "famille.sv2";
         {
             Parametres p;
@@ -51,15 +39,8 @@ struct ParametreQt : ::testing::Test {
             b.CreePersonne("Martin", "Jean", "", 'H', "1900");
             b.FermeBase();
         }
-        reglages.ecrit("Defaut", "Travail", dossier.chemin());
-        app = std::make_unique<Application>(systemeReel(), reglages,
-                                            std::string(SYLVANE_BINARY_DIR) + "/src");
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        CreeFenetre();
         fenetre->logique().Demarre({chemin});
-    }
-    void TearDown() override {
-        fenetre->logique().Termine();
-        fenetre.reset();
     }
     template <class W> W* Champ(QWidget* f, const char* nom) {
         auto* w = f->findChild<W*>(QString::fromLatin1(nom));
