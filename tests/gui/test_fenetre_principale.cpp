@@ -11,6 +11,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFile>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QTest>
@@ -107,4 +108,19 @@ TEST_F(FenetreQt, TheStopButtonIsHeardDuringALongOperation) {
     // A new operation starts with the stop mark cleared.
     OperationLongue suivante(*fenetre, *fenetre, "Import");
     EXPECT_FALSE(suivante.Arrete());
+}
+
+TEST_F(FenetreQt, ABaseNamedInAnotherScriptOpensAndShowsItsName) {
+    const QString nom = QString::fromUtf8(dossier.chemin().c_str()) + QStringLiteral("/\u0417\u044B\u043A\u043E\u0432.sv2");
+    {
+        Parametres p;
+        Base b(systemeReel(), p);
+        b.Nouvelle(CheminInterne(nom));
+        b.CreePersonne("Zykov", "Ivan", "", 'H', "1900");
+        b.FermeBase();
+    }
+    ASSERT_TRUE(QFile::exists(nom)); // the system's name, not "?????.sv2"
+    ASSERT_TRUE(fenetre->logique().OuvreFichier(CheminInterne(nom)));
+    EXPECT_TRUE(fenetre->windowTitle().contains(QStringLiteral("\u0417\u044B\u043A\u043E\u0432")));
+    EXPECT_EQ(fenetre->logique().base()->TablePersonnes().taille(), 1u);
 }
