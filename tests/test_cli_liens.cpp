@@ -127,6 +127,7 @@ TEST_F(CliLiens, RefusalsExitNonZeroAndWriteNothing) {
         {"link " + base + " --child 3 --father 3", "son propre parent"},
         {"unlink " + base + " --child 3 --father 1", "n'est pas le père"},
         {"marry " + base + " 2 1", "le mari doit être un homme"},
+        {"marry " + base + " 1 1", "elle-même"},
         {"marry " + base + " 1 3", "la femme doit être une femme"},
     };
     Resultat r;

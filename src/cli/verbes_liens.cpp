@@ -126,6 +126,7 @@ int VerbeMarry(const Arguments& args, std::ostream& out, std::ostream& err) {
     return Ecrit("marry", o.positionnels()[0], err, [&](Base& b) {
         const std::uint32_t mari = PersonneArgument(b, o.positionnels()[1], "HUSBAND");
         const std::uint32_t femme = PersonneArgument(b, o.positionnels()[2], "WIFE");
+        if (mari == femme) throw Refus{"une personne ne peut pas s'épouser elle-même"};
         if (b.LitSexe(mari) != "H")
             throw Refus{TexteMessage(936) + " (le mari doit être un homme)"};
         Liens liens(b, Dialogue(err, o.a("yes")));
