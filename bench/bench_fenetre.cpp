@@ -22,8 +22,9 @@ QApplication& Appli() {
     static int argc = 1;
     static char* argv[] = {const_cast<char*>("bench_fenetre")};
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication app(argc, argv);
-    return app;
+    // Never destroyed: a static one would go after Qt's own statics at exit.
+    static QApplication* app = new QApplication(argc, argv);
+    return *app;
 }
 
 const std::string& BaseExemple() {

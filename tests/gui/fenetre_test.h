@@ -19,12 +19,8 @@
 
 namespace sylvane::test {
 
-inline QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("t")};
-    static QApplication app(argc, argv);
-    return app;
-}
+// The application object that the tests' main made.
+inline QApplication& Appli() { return *qApp; }
 
 // Louis Martin and Rose Petit, their son Jean who married Marie Roux, their
 // son Pierre who married Anne Blanc, and Pierre's children Paul and, when
