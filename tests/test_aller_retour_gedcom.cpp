@@ -7,6 +7,7 @@
 #include "exchange/selection.h"
 #include "exchange/svr.h"
 #include "store/fichier_memoire.h"
+#include "support/francais.h"
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/reglages.h"
@@ -19,15 +20,6 @@
 using namespace sylvane;
 
 namespace {
-
-class Francais : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        ASSERT_TRUE(ChoisirLangue("Fran\xE7" "ais", std::string(SYLVANE_BINARY_DIR) + "/src"));
-        DefinitFormatDate("dd/mm/yyyy");
-    }
-};
-const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new Francais);
 
 struct Passage {
     SystemeMemoire fs;

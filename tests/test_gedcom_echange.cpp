@@ -3,6 +3,7 @@
 #include "exchange/gedcom_export.h"
 #include "exchange/gedcom_import.h"
 #include "store/fichier_memoire.h"
+#include "support/francais.h"
 #include "support/base_memoire.h"
 #include "text/calendrier.h"
 #include "text/dates.h"
@@ -19,15 +20,6 @@ using namespace sylvane;
 namespace {
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";
-
-class Francais : public ::testing::Environment {
-  public:
-    void SetUp() override {
-        ASSERT_TRUE(ChoisirLangue("Fran\xE7" "ais", std::string(SYLVANE_BINARY_DIR) + "/src"));
-        DefinitFormatDate("dd/mm/yyyy");
-    }
-};
-const auto* const kEnv = ::testing::AddGlobalTestEnvironment(new Francais);
 
 struct Reponses : Questions {
     std::vector<int> posees;

@@ -22,6 +22,21 @@ namespace sylvane::test {
 // The application object that the tests' main made.
 inline QApplication& Appli() { return *qApp; }
 
+// A base of unrelated persons: name, first name, sex and birth year each.
+struct PersonneSimple {
+    const char* nom;
+    const char* prenom;
+    char sexe;
+    const char* an;
+};
+inline void EcritPersonnes(const std::string& chemin, std::initializer_list<PersonneSimple> personnes) {
+    Parametres p;
+    Base b(systemeReel(), p);
+    b.Nouvelle(chemin);
+    for (const PersonneSimple& x : personnes) b.CreePersonne(x.nom, x.prenom, "", x.sexe, x.an);
+    b.FermeBase();
+}
+
 // Louis Martin and Rose Petit, their son Jean who married Marie Roux, their
 // son Pierre who married Anne Blanc, and Pierre's children Paul and, when
 // asked, Claire.

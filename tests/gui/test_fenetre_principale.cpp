@@ -28,15 +28,9 @@ struct FenetreQt : test::FenetreTest {
 
     void SetUp() override {
         chemin = dossier / "famille.sv2";
-        {
-            Parametres p;
-            Base b(systemeReel(), p);
-            b.Nouvelle(chemin);
-            b.CreePersonne("Martin", "Jean", "", 'H', "1900");
-            b.CreePersonne("Dupont", "Anne", "", 'F', "1902");
-            b.CreePersonne("Bernard", "Paul", "", 'H', "1930");
-            b.FermeBase();
-        }
+        test::EcritPersonnes(chemin, {{"Martin", "Jean", 'H', "1900"},
+                                      {"Dupont", "Anne", 'F', "1902"},
+                                      {"Bernard", "Paul", 'H', "1930"}});
         CreeFenetre();
         fenetre->logique().Demarre({chemin});
     }

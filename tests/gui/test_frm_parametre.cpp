@@ -32,13 +32,7 @@ struct ParametreQt : test::FenetreTest {
 
     void SetUp() override {
         chemin = dossier / "famille.sv2";
-        {
-            Parametres p;
-            Base b(systemeReel(), p);
-            b.Nouvelle(chemin);
-            b.CreePersonne("Martin", "Jean", "", 'H', "1900");
-            b.FermeBase();
-        }
+        test::EcritPersonnes(chemin, {{"Martin", "Jean", 'H', "1900"}});
         CreeFenetre();
         fenetre->logique().Demarre({chemin});
     }
