@@ -6,6 +6,7 @@
 #include "exchange/gedcom_import.h"
 #include "exchange/selection.h"
 #include "exchange/svr.h"
+#include "maintenance/controle.h"
 #include "store/fichier_memoire.h"
 #include "support/francais.h"
 #include "text/dates.h"
@@ -277,6 +278,29 @@ TEST(AllerRetourCorpus, LeDeuxiemeExportEstLeTroisieme) {
         Passage c(e2);
         const std::string e3 = c.Exporte();
         EXPECT_TRUE(e2 == e3) << Ecart(e2, e3);
+    }
+}
+
+// Every base built from a corpus file, and the base built again from the
+// exchange file written of it, passes the control with nothing to repair.
+TEST(AllerRetourCorpus, LesBasesLuesEtReluesPassentLeControle) {
+    Interaction io;
+    io.question = [](int) { return Reponse::Non; };
+    for (const auto& f : FichiersDuCorpus()) {
+        SCOPED_TRACE(f);
+        Passage a(lireTout(systemeReel(), kCorpus + f));
+        a.p.dossierTravail = "/t";
+        Selection sel(a.b);
+        sel.SelectionneTout();
+        sel.complet = true;
+        ASSERT_TRUE(ExporteSvr(a.b, sel, a.p, a.fs, "/a.svr"));
+        EXPECT_EQ(Controler(a.b, io).rapport, "");
+        Base b{a.fs, a.p};
+        b.Nouvelle("/b.sv2");
+        ReglagesMemoire reglages;
+        LitSvrNouvelleBase(b, a.fs, "/a.svr", reglages);
+        EXPECT_EQ(b.Tete().nbPersonnes, a.b.Tete().nbPersonnes);
+        EXPECT_EQ(Controler(b, io).rapport, "");
     }
 }
 

@@ -172,6 +172,38 @@ TEST_F(Controle, MarriageBeyondTheLastPersonAndCancel) {
     EXPECT_TRUE(l2.count("Lien mariage de " + b.NomComplet(femme) + " avec  cr\xE9\xE9"));
 }
 
+// Two men or two women married to each other (other programs write them so)
+// keep their marriage on both sides, however often the control runs; a
+// marriage whose other side is empty still leaves the list.
+TEST_F(Controle, CoupleOfOneSexKeepsItsMarriage) {
+    const std::uint32_t a = b.CreePersonne("Smith", "John", "", 'H', "1991");
+    const std::uint32_t c = b.CreePersonne("Stevens", "Steven", "", 'H', "1988");
+    const std::uint32_t f1 = b.CreePersonne("Durand", "Anne", "", 'F', "1970");
+    const std::uint32_t f2 = b.CreePersonne("Martin", "Rose", "", 'F', "1972");
+    auto marie = [&](std::uint32_t mari, std::uint32_t femme) {
+        const std::uint32_t m = ++b.TeteModifiable().maxMariage;
+        b.EcritMari(m, mari);
+        b.EcritFemme(m, femme);
+        if (mari) b.MajMariages(mari, m, 'A');
+        if (femme) b.MajMariages(femme, m, 'A');
+        return m;
+    };
+    const std::uint32_t hommes = marie(a, c), femmes = marie(f1, f2);
+    marie(0, f2);
+    b.FermeBase();
+    b.Ouvre(kChemin);
+    const auto l = Lignes(Controler(b, Repond(Reponse::Non)).rapport);
+    EXPECT_EQ(l, std::set<std::string>{"Suppression lien mariage de " + b.NomDates(f2)});
+    EXPECT_EQ(b.Mariages(c), std::vector<std::uint32_t>{hommes});
+    EXPECT_EQ(b.Mariages(f1), std::vector<std::uint32_t>{femmes});
+    EXPECT_EQ(b.Mariages(f2), std::vector<std::uint32_t>{femmes});
+    // Nothing left for a second run but the husbandless marriage, which the
+    // marriage pass gives back and the person pass takes away again.
+    const auto l2 = Lignes(Controler(b, Repond(Reponse::Non)).rapport);
+    EXPECT_EQ(l2.size(), 2u) << "only the marriage without a husband comes back";
+    EXPECT_EQ(b.Mariages(a), std::vector<std::uint32_t>{hommes});
+}
+
 // --- Repair commands ----------------------------------------------------------
 
 struct Reparations : ::testing::Test {

@@ -141,8 +141,16 @@ void Controle::Personnes() {
         for (int k = 1; k <= kMaxListe; ++k) {
             const std::uint32_t m = b_.MariageNo(n, k);
             if (m == 0) break;
-            if (sexe == "H" && (b_.LitFemme(m) == 0 || b_.LitMari(m) != n)) retires.push_back(m);
-            if (sexe == "F" && (b_.LitMari(m) == 0 || b_.LitFemme(m) != n)) retires.push_back(m);
+            const std::uint32_t mari = b_.LitMari(m), femme = b_.LitFemme(m);
+            // A couple of one sex (as other programs write them) has its
+            // second partner in the field of the other sex: the entry names
+            // that person, so it is kept. A marriage with no partner on the
+            // other side still leaves the list.
+            const bool autreRole = (sexe == "H" ? femme : mari) == n;
+            if (sexe == "H" && (femme == 0 || (mari != n && !(autreRole && mari))))
+                retires.push_back(m);
+            if (sexe == "F" && (mari == 0 || (femme != n && !(autreRole && femme))))
+                retires.push_back(m);
         }
         for (std::uint32_t m : retires) {
             b_.MajMariages(n, m, 'S');
