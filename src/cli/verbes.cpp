@@ -59,6 +59,12 @@ std::span<const Verbe> Verbes() {
         Verbe{"integrate", "integrate BASE.sv2 FILE.svr [--yes]", VerbeIntegrate},
         Verbe{"backup", "backup BASE.sv2 COPY.sav", VerbeBackup},
         Verbe{"restore", "restore COPY.sav [--yes]", VerbeRestore},
+        Verbe{"chart",
+              "chart BASE.sv2 N --type asc|desc|mixed|couple [--generations G] "
+              "[--sheets-across A] [--sheets-down D] [--paper A4|A3|letter] [--direction 0-3] "
+              "[--detailed] [--no-dates] [--colour] [--no-implex] [--marriage K] "
+              "(--svg OUT.svg | --svp OUT.svp | --pdf OUT.pdf)",
+              VerbeChart},
     };
     return table;
 }

@@ -37,5 +37,6 @@ int VerbeRestore(const Arguments&, std::ostream&, std::ostream&);
 int VerbeLink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeUnlink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMarry(const Arguments&, std::ostream&, std::ostream&);
+int VerbeChart(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli
