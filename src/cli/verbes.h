@@ -38,5 +38,9 @@ int VerbeLink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeUnlink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMarry(const Arguments&, std::ostream&, std::ostream&);
 int VerbeChart(const Arguments&, std::ostream&, std::ostream&);
+int VerbeSearchName(const Arguments&, std::ostream&, std::ostream&);
+int VerbeSearchKeyword(const Arguments&, std::ostream&, std::ostream&);
+int VerbeSearchCouple(const Arguments&, std::ostream&, std::ostream&);
+int VerbeSearchEvents(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli

@@ -123,6 +123,9 @@ std::size_t Selection::SelectionneTout() {
 void Selection::Inclut(std::uint32_t n) {
     if (n) M(n) = '3';
 }
+void Selection::Apparente(std::uint32_t n) {
+    if (n && M(n) == ' ') M(n) = '4';
+}
 void Selection::Exclut(std::uint32_t n) {
     if (n < marques_.size()) marques_[n] = ' ';
 }

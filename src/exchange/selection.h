@@ -38,6 +38,8 @@ class Selection {
     // The two routines of the list: "I" to include, "E" to exclude.
     void Inclut(std::uint32_t n);
     void Exclut(std::uint32_t n);
+    // A relative handed over by a search: '4' unless already marked.
+    void Apparente(std::uint32_t n);
     void Efface();
 
     // Options of the export form.
