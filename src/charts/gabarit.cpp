@@ -1,5 +1,7 @@
 #include "charts/gabarit.h"
 
+#include "text/utf8.h"
+
 #include <charconv>
 #include <vector>
 
@@ -190,7 +192,7 @@ bool LecteurGabarit::Suivant(EnregGabarit& e) {
     e = EnregGabarit{};
     e.type = c[0].valeur[0];
     const std::size_t attendus = e.type == 'C' ? 7 : e.type == 'L' ? 6 : e.type == 'T' ? 5 : 0;
-    if (attendus == 0) Erreur("enregistrement inconnu \"" + c[0].valeur + "\"");
+    if (attendus == 0) Erreur("enregistrement inconnu \"" + AnsiVersUtf8(c[0].valeur) + "\"");
     if (c.size() != attendus) Erreur("nombre de champs incorrect");
     auto nombre = [&](std::size_t k, std::int64_t min, std::int64_t max) {
         const auto& s = c[k].valeur;
