@@ -244,6 +244,18 @@ TEST(AllerRetourGedcom, ObjetsEtDepotsDeviennentDesDocuments) {
     Stable(e1);
 }
 
+// What the reader cut or dropped is named in the end report.
+TEST(AllerRetourGedcom, LeRapportNommeLesLignesCoupeesOuIgnorees) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 NOTE " +
+                      std::string(LongueurMaxLigne + 10, 'x') + "\r\n2\r\n"));
+    EXPECT_FALSE(a.r.vide());
+    const std::string t = a.r.Texte();
+    EXPECT_NE(t.find("Lignes coup\xE9" "es \xE0 1048576 octets : 1\r\n  ligne 5 : 1 NOTE xxx"),
+              std::string::npos) << t;
+    EXPECT_NE(t.find("Lignes sans tag ignor\xE9" "es : 1\r\n  ligne 6"), std::string::npos) << t;
+    EXPECT_TRUE(Passage(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n")).r.vide());
+}
+
 // --- The public corpus ---------------------------------------------------
 
 const std::string kCorpus = std::string(SYLVANE_SHARED_DIR) + "/testdata/gedcom/";

@@ -831,9 +831,9 @@ class Importeur {
     std::string derniereCle_;
 };
 
-std::string Exemples(const char* titre, const CompteAnomalie& c) {
+std::string Exemples(const std::string& titre, const CompteAnomalie& c) {
     if (c.nombre == 0) return "";
-    std::string t = std::string(titre) + " : " + std::to_string(c.nombre) + "\r\n";
+    std::string t = titre + " : " + std::to_string(c.nombre) + "\r\n";
     for (const auto& e : c.exemples) {
         t += "  ";
         if (e.ligne) t += "ligne " + std::to_string(e.ligne) + " : ";
@@ -847,7 +847,9 @@ std::string Exemples(const char* titre, const CompteAnomalie& c) {
 bool RapportImport::vide() const {
     return erreur.empty() && lecture[Anomalie::CaractereRemplace].nombre == 0 &&
            tagsEnNote.nombre == 0 && lecture[Anomalie::PointeurOrphelin].nombre == 0 &&
-           ascendance.nombre == 0 && !arrete;
+           lecture[Anomalie::LigneTropLongue].nombre == 0 &&
+           lecture[Anomalie::SansTag].nombre == 0 &&
+           lecture[Anomalie::NiveauIncorrect].nombre == 0 && ascendance.nombre == 0 && !arrete;
 }
 
 std::string RapportImport::Texte() const {
@@ -859,6 +861,11 @@ std::string RapportImport::Texte() const {
     t += Exemples("Caract\xE8res remplac\xE9s", lecture[Anomalie::CaractereRemplace]);
     t += Exemples("Tags inconnus gard\xE9s dans les notes", tagsEnNote);
     t += Exemples("Pointeurs sans enregistrement", lecture[Anomalie::PointeurOrphelin]);
+    // What the reader had to cut, drop or move: nothing goes without a word.
+    t += Exemples("Lignes coup\xE9" "es \xE0 " + std::to_string(LongueurMaxLigne) + " octets",
+                  lecture[Anomalie::LigneTropLongue]);
+    t += Exemples("Lignes sans tag ignor\xE9" "es", lecture[Anomalie::SansTag]);
+    t += Exemples("Lignes hors de leur niveau", lecture[Anomalie::NiveauIncorrect]);
     t += Exemples("Personnes qui seraient leur propre anc\xEAtre", ascendance);
     if (arrete) t += "Importation arr\xEAt\xE9" "e\r\n";
     return t;
