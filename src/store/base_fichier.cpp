@@ -414,7 +414,10 @@ void Base::EcritEntete() {
     ViderTampon();
     Journaliser(0, kTailleEntete);
     SynchroniserJournal();
-    fichier_->synchroniser();
+    // No sync between the data and the header: the old header is in the
+    // synced journal, which lives until the one sync below has made data and
+    // header durable together. A loss before it replays the old header, and
+    // the old header names none of the new bytes.
     fichier_->ecrire(0, h);
     fichier_->synchroniser();
     zoneFinValidee_ = entete_.zoneFin;
@@ -443,8 +446,12 @@ void RejoueJournal(SystemeFichiers& fs, Fichier& base, const std::string& journa
         base.ecrire(pos - 1, std::string_view(j).substr(i * r + 4, kTailleJournal));
     }
     base.synchroniser();
+    // The removal needs no folder sync of its own. Should it be lost, the
+    // journal is replayed once more at the next open, which writes the bytes
+    // the base already holds: nothing can have changed the base in between,
+    // for every commit first makes a journal of that same name durable with
+    // a folder sync, and every replacement of the file syncs the folder.
     fs.supprimer(journal);
-    fs.synchroniserDossier(journal);
 }
 
 void Base::RejoueJournal() { sylvane::RejoueJournal(fs_, *fichier_, chemins_.journal); }
@@ -456,7 +463,10 @@ void RemplaceBase(SystemeFichiers& fs, const std::string& nouvelle, const Chemin
         if (!ancienne->verrouiller()) throw ErreurBaseOccupee(cible.base);
         if (fs.existe(cible.journal)) RejoueJournal(fs, *ancienne, cible.journal);
     } else if (fs.existe(cible.journal)) {
-        fs.supprimer(cible.journal); // a journal without its base
+        // A journal without its base. Its removal is made durable before the
+        // rename: a disk that kept the rename and lost the removal would
+        // replay that journal over the new base.
+        fs.supprimer(cible.journal);
         fs.synchroniserDossier(cible.journal);
     }
     fs.renommer(nouvelle, cible.base);
