@@ -182,6 +182,22 @@ TEST(Langue, ListAndSwitchAtRunTime) {
     EXPECT_FALSE(ChoisirLangue("Klingon", d.chemin()));
     EXPECT_EQ(Message(754), "Birth");
     EXPECT_EQ(Message(755), "");
+    EXPECT_EQ(PrendErreurLangue(), "") << "a missing file is no damage";
+
+    // A damaged file is refused and told about once; the language stays.
+    const std::string bon = EcritFichierMessages({{754, "Geburt"}});
+    for (const std::string& abime :
+         {bon.substr(0, bon.size() - 300), bon.substr(0, 100), std::string(4096, '\0')}) {
+        test::EcritFichier(d / "Deutsch.mes", abime);
+        EXPECT_FALSE(ChoisirLangue("Deutsch", d.chemin()));
+        const std::string e = PrendErreurLangue();
+        EXPECT_NE(e.find("Deutsch.mes est endommag\xE9"), std::string::npos) << e;
+        EXPECT_EQ(PrendErreurLangue(), "");
+        EXPECT_EQ(Message(754), "Birth");
+    }
+    test::EcritFichier(d / "Deutsch.mes", bon);
+    EXPECT_TRUE(ChoisirLangue("Deutsch", d.chemin()));
+    EXPECT_EQ(Message(754), "Geburt");
 
     DefinitMessages({{1, "table"}});
     EXPECT_EQ(Message(1), "table");

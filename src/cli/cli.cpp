@@ -4,6 +4,7 @@
 #include "store/fichier.h"
 #include "text/messages.h"
 #include "text/parametres.h"
+#include "text/utf8.h"
 
 #include <cstdlib>
 #include <exception>
@@ -89,7 +90,8 @@ int Executer(const Arguments& args, std::ostream& out, std::ostream& err) {
     // beside the program, as in the windows.
     static const bool langue = LangueCourante().empty() &&
                                ChoisirLangue("Fran\xE7" "ais", DossierProgramme());
-    (void)langue;
+    if (const std::string e = PrendErreurLangue(); !langue && !e.empty())
+        err << "sylvane-cli : " << AnsiVersUtf8(e) << "\n";
     if (args.empty() || args[0] == "help" || args[0] == "--help" || args[0] == "-h")
         return aide(args, out, err);
     for (const Verbe& v : Verbes()) {

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <system_error>
+#include <utility>
 
 namespace sylvane {
 namespace {
@@ -73,6 +74,7 @@ struct EtatMessages {
     std::unique_ptr<LecteurMessages> lecteur;
     std::map<int, std::string> table;
     std::string langue;
+    std::string erreur; // a damaged file met, not yet told
 };
 
 EtatMessages& etat() {
@@ -282,15 +284,17 @@ std::vector<std::string> ListeLangues(const std::string& dossier) {
 
 bool ChoisirLangue(const std::string& langue, const std::string& dossier) {
     std::unique_ptr<Fichier> f;
+    std::string chemin = dossier + "/" + langue + ".mes";
     try {
-        f = systemeReel().ouvrir(dossier + "/" + langue + ".mes", Mode::Lecture);
+        f = systemeReel().ouvrir(chemin, Mode::Lecture);
     } catch (const ErreurES&) {
         // The name of the menu is capitalised; the file may not be.
         const std::string voulu = EnMinuscules(langue);
         for (const auto& nom : systemeReel().lister(dossier)) {
             if (EnMinuscules(LangueDuFichier(nom)) != voulu) continue;
             try {
-                f = systemeReel().ouvrir(dossier + "/" + nom, Mode::Lecture);
+                chemin = dossier + "/" + nom;
+                f = systemeReel().ouvrir(chemin, Mode::Lecture);
                 break;
             } catch (const ErreurES&) {
             }
@@ -298,10 +302,42 @@ bool ChoisirLangue(const std::string& langue, const std::string& dossier) {
     }
     if (!f) return false;
     auto& e = etat();
+    if (const std::string defaut = DefautFichierMessages(*f); !defaut.empty()) {
+        e.erreur = "Le fichier de langue " + chemin + " est endommag\xE9 (" + defaut +
+                   ") : il n'est pas utilis\xE9.";
+        return false;
+    }
     e.lecteur = std::make_unique<LecteurMessages>(std::move(f));
     e.langue = langue;
     return true;
 }
+
+std::string DefautFichierMessages(Fichier& f) {
+    try {
+        const std::uint64_t taille = f.taille();
+        if (taille < 4 * kBlocs) return "fichier trop court";
+        const std::string table = f.lire(0, 4 * kBlocs);
+        int blocs = 0;
+        for (int b = 0; b < kBlocs; ++b) {
+            const std::uint32_t pos = Lit32(&table[4 * static_cast<std::size_t>(b)]);
+            if (pos == 0) continue;
+            ++blocs;
+            if (pos + std::uint64_t{4} * kMessagesParBloc - 1 > taille)
+                return "bloc " + std::to_string(b + 1) + " hors du fichier";
+            const std::string bloc = f.lire(pos - 1, 4 * kMessagesParBloc);
+            for (int i = 0; i < kMessagesParBloc; ++i)
+                if (Lit32(&bloc[4 * static_cast<std::size_t>(i)]) > taille)
+                    return "message " + std::to_string(b * kMessagesParBloc + i + 1) +
+                           " hors du fichier";
+        }
+        if (blocs == 0) return "aucun message";
+    } catch (const ErreurES& x) {
+        return Utf8VersAnsi(x.what());
+    }
+    return "";
+}
+
+std::string PrendErreurLangue() { return std::exchange(etat().erreur, {}); }
 
 const std::string& LangueCourante() { return etat().langue; }
 

@@ -102,6 +102,13 @@ std::vector<std::string> ListeLangues(const std::string& dossier);
 // "<dossier>/<langue>.mes", trying the name as given and then in any case.
 // Returns false and keeps the current language when no such file opens.
 bool ChoisirLangue(const std::string& langue, const std::string& dossier);
+// Why a message file can't be used ("" when it can): too short, no block,
+// a block or a text beyond its end. Checked once when a language is chosen,
+// so that a damaged file is told about instead of showing empty texts.
+std::string DefautFichierMessages(Fichier& f);
+// The report of the last damaged message file met by ChoisirLangue, which is
+// then forgotten, so that it is told once; "" when there is none.
+std::string PrendErreurLangue();
 // The language last chosen, "" when messages come from DefinitMessages.
 const std::string& LangueCourante();
 

@@ -31,9 +31,14 @@ MDIForm1::MDIForm1(Application& app, ServicesUi services) : app_(app), services_
 
 void MDIForm1::Demarre(const std::vector<std::string>& arguments) {
     app_.Demarre();
+    DitErreurLangue();
     if (vue_) vue_->LangueChangee();
     if (!arguments.empty()) OuvreFichier(arguments.front());
     if (vue_) vue_->EtatChange();
+}
+
+void MDIForm1::DitErreurLangue() {
+    if (const std::string e = PrendErreurLangue(); !e.empty()) services_.boites.Texte(e);
 }
 
 bool MDIForm1::DemandeFermeture() {
@@ -231,8 +236,10 @@ std::vector<std::string> MDIForm1::Langues() const { return ListeLangues(app_.do
 
 bool MDIForm1::ChoisitLangue(const std::string& langue) {
     if (Occupe()) return false;
-    if (!ChangeLangue(app_.reglages(), app_.parametres(), langue, app_.dossierProgramme()))
+    if (!ChangeLangue(app_.reglages(), app_.parametres(), langue, app_.dossierProgramme())) {
+        DitErreurLangue();
         return false;
+    }
     if (vue_) {
         vue_->LangueChangee();
         vue_->EtatChange();

@@ -95,6 +95,8 @@ class MDIForm1 {
     bool ChoisitLangue(const std::string& langue);
     // Whether a long operation runs; shows message 503 when it does.
     bool Occupe();
+    // Tells, once, of a damaged language file that could not be used.
+    void DitErreurLangue();
 
     // --- Current person and navigation ----------------------------------------
     std::uint32_t PersonneEnCours() const { return app_.personneEnCours(); }
