@@ -85,6 +85,10 @@ TEST_F(Graphe, Refusals) {
     EXPECT_EQ(LanceCli({"chart", base, kFelix, "--svg", d / "a", "--svp", d / "b"}).statut, 2);
     EXPECT_EQ(LanceCli({"chart", base, kFelix, "--paper", "A0", "--svg", d / "x.svg"}).statut, 2);
     EXPECT_EQ(LanceCli({"chart", base, "9999", "--svg", d / "x.svg"}).statut, 2);
+    r = LanceCli({"chart", base, kFelix, "--sheets-across", "100", "--sheets-down", "100",
+                  "--svg", d / "x.svg"});
+    EXPECT_EQ(r.statut, 1);
+    EXPECT_NE(r.err.find("10000 feuilles"), std::string::npos) << r.err;
     // Félix has no marriage: no couple chart.
     r = LanceCli({"chart", base, kFelix, "--type", "couple", "--svg", d / "x.svg"});
     EXPECT_EQ(r.statut, 1);

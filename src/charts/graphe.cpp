@@ -54,7 +54,8 @@ PlanGraphe CalculePlan(int niveauxAsc, int niveauxDesc, std::uint32_t feuillesAs
         if (fh == 99) fh = Arrondi(static_cast<double>(l - 1) / (det ? 15 : 30) + 1);
     }
     fh = std::clamp(fh, 1, kFeuillesMax);
-    fv = std::clamp(fv, 1, kFeuillesMax);
+    fv = std::clamp(fv, 1, static_cast<std::int32_t>(std::min<std::int64_t>(
+                               kFeuillesMax, kFeuillesTotalMax / fh)));
     p.geo = PreparePage(o.papier, fh, fv);
     const std::int64_t lu = p.geo.largeurUtile, hu = p.geo.hauteurUtile;
     const std::int64_t w = o.papier.largeur, h = o.papier.hauteur;
@@ -82,6 +83,10 @@ PlanGraphe CalculePlan(int niveauxAsc, int niveauxDesc, std::uint32_t feuillesAs
     case 2: p.origineNiveau = w / 16 + a * p.pasNiveau + p.pasNiveau / 2; break;
     default: p.origineNiveau = w / 16 + d * p.pasNiveau + p.pasNiveau / 2; break;
     }
+    // Fewer generations than the narrowest step allows across: they stand
+    // in the middle of the width, not against its left side.
+    if (!p.Vertical() && p.pasNiveau > 0)
+        p.origineNiveau += (lu / p.pasNiveau - t) * p.pasNiveau / 2;
     return p;
 }
 
@@ -154,7 +159,8 @@ namespace {
 
 class Dessin {
   public:
-    Dessin(Base& b, EcrivainGabarit& g, const PlanGraphe& p, const OptionsGraphe& o)
+    Dessin(Base& b, EcrivainGabarit& g, const PlanGraphe& p, const OptionsGraphe& o,
+           const Metrique& m)
         : b_(b), g_(g), p_(p), o_(o) {
         const double pasN = static_cast<double>(p.pasNiveau);
         const double pasF = static_cast<double>(p.pasFeuille);
@@ -168,6 +174,11 @@ class Dessin {
             demiL_ = static_cast<std::int64_t>(0.42 * pasN);
             demiH_ = static_cast<std::int64_t>(0.45 * pasF);
         }
+        // A box is no taller than its text needs at the smallest font, or
+        // a little more than its width: long empty boxes hide the links.
+        const double ligne = m.Hauteur(Police{0.6 * o.policeMax, false});
+        const double texte = (o.detaille ? 10 : 6) * ligne / 2;
+        demiH_ = std::min(demiH_, static_cast<std::int64_t>(std::max(1.2 * demiL_, texte)));
         const Papier& papier = p.geo.papier;
         centre_ = p.Vertical() ? papier.largeur / 16 + p.geo.largeurUtile / 2
                                : papier.hauteur / 16 + p.geo.hauteurUtile / 2;
@@ -311,7 +322,7 @@ FinGraphe Ecrit(Base& b, SystemeFichiers& fs, const std::string& chemin, const A
     if (plan) *plan = p;
     EcrivainGabarit g(fs, chemin, p.geo.Entete());
     EcritCadre(g, p.geo);
-    Dessin d(b, g, p, o);
+    Dessin d(b, g, p, o, m);
     d.Titre(titre, m);
     if (racine != 0) d.Racine(racine);
     d.Cote(asc, true, racine == 0);

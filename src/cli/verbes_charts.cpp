@@ -12,6 +12,8 @@
 namespace sylvane::cli {
 namespace {
 
+constexpr std::int64_t kFeuillesSvgMax = 2000;
+
 // The chart's template goes to the work folder when it is only a step.
 std::string CheminTemplate(const Parametres& p, Base& b) {
     return p.DossierTravail() + b.Chemins().titre + ".svp";
@@ -88,6 +90,15 @@ int VerbeChart(const Arguments& args, std::ostream& out, std::ostream& err) {
         GrapheIndividu(b, fs, gabarit, personne, asc, desc, og, m, &plan);
     }
     if (o.a("svg")) {
+        // Every sheet reads the whole template again: a picture of more
+        // sheets would take hours, and is no use on a screen.
+        const std::int64_t feuilles = std::int64_t{plan.geo.feuillesH} * plan.geo.feuillesV;
+        if (feuilles > kFeuillesSvgMax) {
+            fs.supprimer(gabarit);
+            throw std::runtime_error(std::to_string(feuilles) +
+                                     " feuilles : une image SVG en prend au plus " +
+                                     std::to_string(kFeuillesSvgMax) + " (--svp pour le graphe)");
+        }
         OptionsPages op;
         op.papier = og.papier;
         op.couleur = o.a("colour");
