@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <map>
+#include <random>
 
 using namespace sylvane;
 
@@ -379,6 +380,39 @@ TEST(Gabarit, DamagedFilesGiveAClearError) {
     // The last line may lack its end; blank lines are nothing.
     ecrireTout(fs, "/d.svp", "1,1,1000,1000\n\n\"L\",1,2,3,4,5");
     EXPECT_EQ(Relit(fs, "/d.svp").size(), 1u);
+}
+
+TEST(Gabarit, MutatedTemplatesAreReadOrRefusedNeverMore) {
+    // A real chart, then bytes changed, cut and repeated at random: each
+    // reading ends on the last record or on a clear error.
+    Ascendance f;
+    GrapheIndividu(f.b(), f.fs, "/v.svp", f.sosa[1], 3, 0, OptionsGraphe{},
+                   MetriqueDejaVu::Instance());
+    const std::string sain = lireTout(f.fs, "/v.svp");
+    std::mt19937 alea(11);
+    const char octets[] = {'"', ',', '\r', '\n', '-', '9', '0', 'C', 'L', 'T', '\0', '\xFF'};
+    int refuses = 0;
+    for (int essai = 0; essai < 1500; ++essai) {
+        std::string m = sain;
+        for (int k = 0, n = 1 + static_cast<int>(alea() % 4); k < n; ++k) {
+            const std::size_t i = alea() % m.size();
+            switch (alea() % 3) {
+            case 0: m[i] = octets[alea() % sizeof octets]; break;
+            case 1: m.erase(i, alea() % 20); break;
+            default: m.insert(i, m.substr(i, alea() % 40)); break;
+            }
+            if (m.empty()) m = "x";
+        }
+        ecrireTout(f.fs, "/m.svp", m);
+        try {
+            Relit(f.fs, "/m.svp");
+            Enregistreuse s;
+            ImprimePages(f.fs, "/m.svp", s, OptionsPages{});
+        } catch (const ErreurGabarit&) {
+            ++refuses;
+        }
+    }
+    EXPECT_GT(refuses, 500);
 }
 
 // --- The page writer -------------------------------------------------------------------

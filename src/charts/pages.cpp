@@ -105,9 +105,10 @@ void Coupe(const Metrique& m, const Police& p, const std::string& ligne, double 
 } // namespace
 
 TexteAjuste AjusteTexte(const Metrique& m, const std::string& texte, double largeur,
-                        double hauteur, double policeMax) {
+                        double hauteur, double policeMax, bool gras) {
     TexteAjuste r;
     r.police.points = policeMax * 0.5;
+    r.police.gras = gras;
     const std::vector<std::string> lignes = Lignes(texte);
     if (lignes.empty() || largeur <= 0 || hauteur <= 0) return r;
     double plusLarge = 0;
@@ -180,7 +181,7 @@ class Feuille {
         s_.Boite(x - l, y - h, x + l, y + h, fond);
         if (style.genre == BoiteTitre || e.personne == 0 || !o_.texte) return;
         const TexteAjuste t = AjusteTexte(s_.Mesure(), o_.texte(e.personne, style), 2 * l * 0.96,
-                                          2 * h * 0.96, o_.policeMax);
+                                          2 * h * 0.96, o_.policeMax, o_.gras);
         const double hl = s_.Mesure().Hauteur(t.police);
         double yl = y - hl * static_cast<double>(t.lignes.size()) / 2;
         for (const auto& ligne : t.lignes) {

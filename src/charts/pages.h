@@ -69,12 +69,13 @@ struct TexteAjuste {
 // and ended with "...", and lines that don't fit in height are left out
 // with "..." on the last one kept.
 TexteAjuste AjusteTexte(const Metrique& m, const std::string& texte, double largeur,
-                        double hauteur, double policeMax);
+                        double hauteur, double policeMax, bool gras = false);
 
 struct OptionsPages {
     Papier papier;
     bool couleur = false;          // boxes filled with the colour of the sex
     double policeMax = 12;         // points
+    bool gras = true;              // the font of the box texts
     TexteDeBoite texte;            // may be empty: boxes without text
     std::function<char(std::uint32_t)> sexe; // 'H', 'F', other
     std::int32_t couleurHomme = 0xFFFF00, couleurFemme = 0xFFFF, couleurIndetermine = 0xC0C0C0; // BGR
