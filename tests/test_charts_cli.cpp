@@ -58,6 +58,17 @@ TEST_F(Graphe, SvgOfTheSheets) {
         EXPECT_NE(f.path().filename().string(), "famille.svp");
 }
 
+TEST_F(Graphe, OtherDatumAndSingleSheet) {
+    // Joseph, his father and grandfather are all vine growers; one sheet
+    // has no sheet marks.
+    const auto r = LanceCli({"chart", base, "31", "--generations", "2", "--other", "OCCU",
+                             "--svg", d / "o.svg"});
+    ASSERT_EQ(r.statut, 0) << r.err;
+    const std::string s = test::LitFichier(d / "o.svg");
+    EXPECT_EQ(Compte(s, ">vigneron<"), 3u);
+    EXPECT_EQ(s.find("Feuille"), std::string::npos);
+}
+
 TEST_F(Graphe, TemplateOfEveryKind) {
     for (const char* type : {"asc", "desc", "mixed", "couple"}) {
         const std::string svp = d / (std::string(type) + ".svp");

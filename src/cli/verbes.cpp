@@ -76,6 +76,7 @@ std::span<const Verbe> Verbes() {
               "chart BASE.sv2 N --type asc|desc|mixed|couple [--generations G] "
               "[--sheets-across A] [--sheets-down D] [--paper A4|A3|letter] [--direction 0-3] "
               "[--detailed] [--no-dates] [--colour] [--no-implex] [--marriage K] "
+              "[--font-max P] [--other TAG] "
               "(--svg OUT.svg | --svp OUT.svp | --pdf OUT.pdf)",
               VerbeChart},
     };
