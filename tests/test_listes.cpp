@@ -313,6 +313,34 @@ TEST(ListeDescendants, PersonReachedAgainThroughTheSameParent) {
                   "\">Racine Souche</A> - 2 fois#");
 }
 
+// Damaged links that make a person its own ancestor: each list walks the
+// loop once, says so once, and stays short (it used to run round the loop
+// to the limits, with numbers growing at each turn).
+TEST(ListeParente, ALoopOfParentLinksIsWalkedOnce) {
+    MessagesFrancais();
+    Arbre a;
+    const auto x = a.Personne("Boucle", "Un");
+    const auto y = a.Enfant(x, 0, "Deux");
+    const auto z = a.Enfant(y, 0, "Trois");
+    a.b().EcritPere(x, z);
+    a.b().MajEnfants(z, x, 'A');
+    ListeParente l(a.b(), a.fs);
+    std::vector<std::string> messages;
+    l.avertit = [&](const std::string& t) { messages.push_back(t); };
+    std::int32_t nombre = 0;
+    ASSERT_TRUE(l.ConstruitDescendants(x, nombre, 32767, TriParcours));
+    EXPECT_EQ(Lignes(l), (std::vector<Ligne>{{x, 0, 1, {""}, 1},
+                                             {y, x, 2, {" 1"}, 1},
+                                             {z, y, 3, {" 1-1"}, 1}}));
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0], "Boucle dans les liens : " + a.b().NomDates(x) +
+                               " est son propre descendant");
+    messages.clear();
+    ASSERT_TRUE(l.ConstruitAscendants(y, nombre, 32767, TriParcours));
+    EXPECT_EQ(nombre, 3);
+    EXPECT_EQ(messages.size(), 1u);
+}
+
 // Persons 1 to n where person k has father 2k and mother 2k + 1: the Sosa
 // number of each ascendant of person 1 is its person number.
 void ArbreComplet(Arbre& a, std::uint32_t n) {

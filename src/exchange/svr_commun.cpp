@@ -24,6 +24,23 @@ std::vector<std::string_view> LignesNote(std::string_view note) {
     }
 }
 
+namespace {
+constexpr char kEchappe = '\x1F';
+bool FinDeNoteEchappee(std::string_view l) {
+    return !l.empty() && l.back() == '#' &&
+           l.find_first_not_of(kEchappe) == l.size() - 1;
+}
+} // namespace
+
+std::string LigneNoteEcrite(std::string_view ligne) {
+    return FinDeNoteEchappee(ligne) ? kEchappe + std::string(ligne) : std::string(ligne);
+}
+
+std::string LigneNoteLue(std::string_view ligne) {
+    return ligne.size() > 1 && FinDeNoteEchappee(ligne) ? std::string(ligne.substr(1))
+                                                         : std::string(ligne);
+}
+
 std::uint32_t Valeur(std::string_view l, std::uint32_t plafond) {
     std::size_t i = 0;
     while (i < l.size() && (l[i] == ' ' || l[i] == '\t'))

@@ -13,6 +13,11 @@ namespace sylvane::svr {
 
 // The lines of a note, cut at each CR LF.
 std::vector<std::string_view> LignesNote(std::string_view note);
+// A line "#" ends a note in the file. A note line that is "#" behind any
+// number of bytes 0x1F (which no text of the earlier program holds) is
+// written with one more 0x1F in front, and read with one less.
+std::string LigneNoteEcrite(std::string_view ligne);
+std::string LigneNoteLue(std::string_view ligne);
 
 // The numeric value of a line: blanks, a sign, digits; anything else
 // stops it, and a line with no digit is 0. Values beyond `plafond` give

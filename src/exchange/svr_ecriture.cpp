@@ -139,7 +139,7 @@ class Ecrivain {
 
     void Note(const std::string& note) {
         for (auto l : svr::LignesNote(note))
-            s_.Ligne(l);
+            s_.Ligne(svr::LigneNoteEcrite(l));
         s_.Ligne("#");
     }
 

@@ -304,7 +304,7 @@ class Lecteur {
         bool premiere = true;
         for (std::string l = L(); l != "#"; l = L()) {
             if (!premiere) note += "\r\n";
-            note += l;
+            note += svr::LigneNoteLue(l);
             premiere = false;
         }
         return note;
@@ -419,7 +419,7 @@ class Lecteur {
             const std::string note = Traduit(Note());
             if (d == 0) continue;
             const bool nouveau = b_.PosDoc(d) == 0;
-            std::string tete = Pack4(note.empty() ? 0 : b_.Ajouter(note + "#"));
+            std::string tete = Pack4(b_.AjouteTexte(note));
             tete += titre;
             tete += '\0';
             tete += fichier;

@@ -153,11 +153,31 @@ bool ListeParente::Limite() {
 // (ascendants), or the children in their stored order (descendants).
 void ListeParente::Parcours(Visite depart) {
     std::vector<Visite> pile;
+    // The line from the reference person down (up) to the visit: a person
+    // met again on its own line is a loop of damaged parent links, which
+    // would be walked round until the limits with ever longer numbers.
+    std::vector<std::uint32_t> ligne;
+    std::vector<bool> surLaLigne(occurrences_.size(), false);
+    bool boucleDite = false;
     pile.push_back(std::move(depart));
     while (!pile.empty()) {
         Visite v = std::move(pile.back());
         pile.pop_back();
         if (ArretVisite()) return;
+        while (ligne.size() >= static_cast<std::size_t>(v.generation)) {
+            surLaLigne[ligne.back()] = false;
+            ligne.pop_back();
+        }
+        // A list that walks no person twice needs no such care.
+        if (surLaLigne[v.personne] && ArretDoublon != 1) {
+            if (!boucleDite && avertit)
+                avertit("Boucle dans les liens : " + base_.NomDates(v.personne) +
+                        (descendante_ ? " est son propre descendant" : " est son propre anc\xEAtre"));
+            boucleDite = true;
+            continue;
+        }
+        surLaLigne[v.personne] = true;
+        ligne.push_back(v.personne);
         if (descendante_)
             AjouteDescendant(v);
         else

@@ -42,10 +42,7 @@ class Ecrivain {
     std::uint32_t Reserve(std::size_t n, char c = '\0') { return Ajoute(std::string(n, c)); }
     // A text and its "#"; an empty text takes no place and gets position 0.
     std::uint32_t Texte(std::string_view t) {
-        if (t.empty()) return 0;
-        std::string s(t);
-        s += '#';
-        return Ajoute(s);
+        return t.empty() ? 0 : Ajoute(TexteDansFichier(t));
     }
 
     // Fills bytes that were reserved before.
@@ -259,7 +256,7 @@ void Reorganisation::RecopieIndex(Ecrivain& w) {
     for (std::size_t i = 0; i < nb; ++i) {
         const std::uint32_t k = mots_[i];
         Compte(i + 1);
-        const std::uint32_t mot = w.Ajoute(b_.LitMot(k) + "#");
+        const std::uint32_t mot = w.Ajoute(TexteDansFichier(b_.LitMot(k)));
         // Mapping keeps the order, so the list stays ordered by birth key.
         const std::string personnes = Mappe(b_.PersonnesMot(k), r_.personnes);
         const std::uint32_t liste = personnes.empty() ? 0 : w.Ajoute(personnes);
@@ -420,11 +417,11 @@ void Reorganisation::RecopieDocuments(Ecrivain& w) {
                        " - R\xE9organisez votre base");
             note.clear();
         }
-        std::string tete = Pack4(w.Texte(note)) + b_.TitreDoc(d);
-        tete += '\0';
-        tete += b_.FichierDoc(d);
-        if (const std::string type = b_.TypeDoc(d); !type.empty()) tete += '\xFF' + type;
-        tete += '#';
+        std::string texte = b_.TitreDoc(d);
+        texte += '\0';
+        texte += b_.FichierDoc(d);
+        if (const std::string type = b_.TypeDoc(d); !type.empty()) texte += '\xFF' + type;
+        const std::string tete = Pack4(w.Texte(note)) + TexteDansFichier(texte);
         blocs[i / 1000].replace((i % 1000) * 4, 4, Pack4(w.Ajoute(tete)));
     }
     for (std::size_t bl = 0; bl < nbBlocs; ++bl) w.Pose(table[bl], blocs[bl]);

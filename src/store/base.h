@@ -90,6 +90,14 @@ class RemplacementBase {
     bool fini_ = false;
 };
 
+// A text as the file holds it: its "#" escaped, then the "#" that ends it.
+// Every text of the base is written through this, and read back through
+// TexteDuFichier, so that a text may hold "#" (and so a character
+// reference "&#1047;").
+std::string TexteDansFichier(std::string_view texte);
+// The text of the bytes the file holds before the ending "#".
+std::string TexteDuFichier(std::string_view stocke);
+
 // The comparable form of a year: each blank "0", a "-" moved to the front.
 std::string CleAnnee(const std::string& an);
 
@@ -215,8 +223,9 @@ class Base {
                           bool* trop = nullptr);
     // Appends at ZoneFin + 1 and returns the position written.
     std::uint32_t Ajouter(std::string_view donnees);
-    // Appends a text and its "#"; an empty text is position 0 and no write.
-    std::uint32_t AjouteTexte(std::string_view texte);
+    // Appends a text and its "#"; an empty text is position 0 and no write
+    // unless `vide` asks for its lone "#".
+    std::uint32_t AjouteTexte(std::string_view texte, bool vide = false);
     // Writes in place, under the journal.
     void EcrireEnPlace(std::uint32_t position, std::string_view donnees);
     std::uint32_t ZoneFin() const { return entete_.zoneFin; }

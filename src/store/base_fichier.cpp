@@ -105,8 +105,64 @@ void Base::ViderTampon() {
 
 std::string Base::Lire(std::uint32_t position, std::size_t n) {
     if (position == 0 || !fichier_) return {};
+    if (!tampon_.empty() && position >= debutTampon_ &&
+        position - debutTampon_ < tampon_.size()) {
+        // Bytes just appended (a list read back while it grows): they come
+        // from memory, followed by what the file holds behind them, as a
+        // write of the appends would leave it.
+        std::string r = tampon_.substr(position - debutTampon_, n);
+        if (r.size() < n) r += fichier_->lire(debutTampon_ - 1 + tampon_.size(), n - r.size());
+        return r;
+    }
     if (!tampon_.empty() && position + n > debutTampon_) ViderTampon();
     return fichier_->lire(position - 1, n);
+}
+
+// "#" ends every text of the file, and the earlier program kept it out of
+// every value (its editors blank it, its imports make it "*"). A text of
+// this program may hold one, since a character Windows-1252 can't hold is
+// kept as a reference "&#1047;". Inside a text, "#" is written as the byte
+// 0x1F (the control "unit separator") followed by "*", and a 0x1F of the
+// text as two 0x1F, so that "#" stays the one end of a text and a base
+// with escapes keeps its structure for the earlier program (which shows a
+// control and "*" where "#" stood).
+// A base of the earlier program reads as before: no keyboard types 0x1F
+// into its fields, GEDCOM allows no control but the tab in a value, and
+// none of its conversions makes one. Should one be there all the same, a
+// 0x1F not followed by "*" or 0x1F reads as itself; only the pairs change.
+namespace {
+constexpr char kEchappe = '\x1F';
+}
+
+std::string TexteDansFichier(std::string_view texte) {
+    std::string r;
+    r.reserve(texte.size() + 1);
+    for (char c : texte) {
+        if (c == '#') {
+            r += kEchappe;
+            r += '*';
+        } else {
+            if (c == kEchappe) r += kEchappe;
+            r += c;
+        }
+    }
+    r += '#';
+    return r;
+}
+
+std::string TexteDuFichier(std::string_view stocke) {
+    if (stocke.find(kEchappe) == std::string_view::npos) return std::string(stocke);
+    std::string r;
+    r.reserve(stocke.size());
+    for (std::size_t i = 0; i < stocke.size(); ++i) {
+        const char c = stocke[i];
+        if (c == kEchappe && i + 1 < stocke.size() && (stocke[i + 1] == '*' || stocke[i + 1] == kEchappe)) {
+            r += stocke[++i] == '*' ? '#' : kEchappe;
+            continue;
+        }
+        r += c;
+    }
+    return r;
 }
 
 std::string Base::LireTexte(std::uint32_t position, std::size_t morceau, std::size_t limite,
@@ -131,7 +187,7 @@ std::string Base::LireTexte(std::uint32_t position, std::size_t morceau, std::si
         p += static_cast<std::uint32_t>(c.size());
     }
     if (limite && r.size() > limite) r.resize(limite);
-    return r;
+    return TexteDuFichier(r);
 }
 
 std::uint32_t Base::Ajouter(std::string_view donnees) {
@@ -147,11 +203,9 @@ std::uint32_t Base::Ajouter(std::string_view donnees) {
     return pos;
 }
 
-std::uint32_t Base::AjouteTexte(std::string_view texte) {
-    if (texte.empty()) return 0;
-    std::string t(texte);
-    t += '#';
-    return Ajouter(t);
+std::uint32_t Base::AjouteTexte(std::string_view texte, bool vide) {
+    if (texte.empty() && !vide) return 0;
+    return Ajouter(TexteDansFichier(texte));
 }
 
 bool Base::Couvert(std::uint64_t debut, std::uint64_t fin) const {

@@ -67,7 +67,7 @@ void Base::LitDoc(std::uint32_t d) {
         t += suite;
         p += static_cast<std::uint32_t>(suite.size());
     }
-    t.resize(std::min(t.find('#'), t.size()));
+    t = TexteDuFichier(std::string_view(t).substr(0, t.find('#')));
     auto nul = t.find('\0');
     docTitre_ = t.substr(0, nul);
     if (nul == std::string::npos) return;
@@ -118,7 +118,9 @@ void Base::EcritDoc(std::uint32_t d, std::string_view tete) {
         docType_.clear();
         return;
     }
-    std::uint32_t pos = Ajouter(std::string(tete) + "#");
+    // The note position stays as it is; what follows is a text.
+    const std::size_t note = std::min<std::size_t>(tete.size(), 4);
+    std::uint32_t pos = Ajouter(std::string(tete.substr(0, note)) + TexteDansFichier(tete.substr(note)));
     EcritPosDoc(d, pos);
     docNo_ = 0; // read back what was written, split as a reader splits it
     LitDoc(d);
@@ -145,7 +147,7 @@ std::string TeteDoc(std::uint32_t note, std::string_view titre, std::string_view
 
 void Base::EcritNoteDoc(std::uint32_t d, std::string_view note) {
     if (PosDoc(d) == 0) return;
-    std::uint32_t pos = note.empty() ? 0 : Ajouter(std::string(note) + "#");
+    std::uint32_t pos = AjouteTexte(note);
     LitDoc(d);
     std::string titre = docTitre_, fichier = docFichier_, type = docType_;
     EcritDoc(d, TeteDoc(pos, titre, fichier, type));
@@ -155,7 +157,7 @@ std::uint32_t Base::CreeDoc(std::string_view titre, std::string_view fichier, st
                             std::string_view note) {
     const std::uint32_t d = entete_.maxDocument + 1;
     entete_.maxDocument = d;
-    std::uint32_t pos = note.empty() ? 0 : Ajouter(std::string(note) + "#");
+    std::uint32_t pos = AjouteTexte(note);
     EcritDoc(d, TeteDoc(pos, titre, fichier, type));
     std::uint32_t place = PlaceDoc(d);
     triDocuments_.inserer(place, d);

@@ -142,7 +142,7 @@ std::string Base::LibelleEvt(std::uint32_t e) {
 
 void Base::EcritEvt(std::uint32_t e, std::string_view texte) {
     if (e == 0) return;
-    std::uint32_t pos = Ajouter(std::string(texte) + "#");
+    std::uint32_t pos = AjouteTexte(texte, true);
     TeteEvt t = LitTeteEvt(e);
     t.texte = pos;
     EcritTeteEvt(e, &t);
@@ -174,7 +174,7 @@ std::string Base::NoteEvt(std::uint32_t e) {
 
 void Base::EcritNoteEvt(std::uint32_t e, std::string_view s) {
     if (e == 0) return;
-    std::uint32_t pos = s.empty() ? 0 : Ajouter(std::string(s) + "#");
+    std::uint32_t pos = AjouteTexte(s);
     TeteEvt t = LitTeteEvt(e);
     t.note = pos;
     EcritTeteEvt(e, &t);
@@ -261,7 +261,7 @@ void Base::MajDocsEvt(std::uint32_t e, std::uint32_t d, char op) {
 void Base::NouvelEvt(std::uint32_t e, long date, std::string_view texte) {
     entete_.maxEvenement = e;
     TeteEvt t;
-    t.texte = Ajouter(std::string(texte) + "#");
+    t.texte = AjouteTexte(texte, true);
     t.date = static_cast<std::uint32_t>(date + static_cast<long>(kDecalage));
     EcritTeteEvt(e, &t);
     std::uint32_t place = PlaceEvt(e);

@@ -119,11 +119,11 @@ std::uint32_t Base::NouvelleEntree(const std::string& mot, const std::string& pe
     Entree e;
     e.compte = static_cast<std::uint32_t>(personnes.size() / 4);
     if (motDabord) {
-        e.mot = Ajouter(mot + "#");
+        e.mot = AjouteTexte(mot, true);
         e.liste = Ajouter(personnes);
     } else {
         e.liste = Ajouter(personnes);
-        e.mot = Ajouter(mot + "#");
+        e.mot = AjouteTexte(mot, true);
     }
     EcritEntreeMot(k, Code(e));
     return k;

@@ -5,6 +5,7 @@
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/mots.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 #include <cctype>
@@ -75,18 +76,19 @@ void DialogueLiens::Avertit(int message, const std::string& titre) const {
 }
 
 void DecoupeNoms(std::string& nom, std::string& prenom, std::string& autres) {
-    if (auto p = nom.find(';'); p != std::string::npos) {
+    if (auto p = PointVirgule(nom); p != std::string::npos) {
         std::string reste = nom.substr(p + 1);
         nom.erase(p);
         prenom = Trim(prenom).empty() ? reste : prenom + ";" + reste;
     }
-    if (auto p = prenom.find(';'); p != std::string::npos) {
+    if (auto p = PointVirgule(prenom); p != std::string::npos) {
         std::string reste = prenom.substr(p + 1);
         prenom.erase(p);
         autres = Trim(autres).empty() ? reste : autres + " " + reste;
     }
     // The rest may itself hold a ";" (DUPONT;Jean;Marie;Louis).
-    std::replace(autres.begin(), autres.end(), ';', ' ');
+    for (auto p = PointVirgule(autres); p != std::string::npos; p = PointVirgule(autres, p + 1))
+        autres[p] = ' ';
     nom = Trim(nom);
     prenom = Trim(prenom);
     autres = Trim(autres);
@@ -145,8 +147,8 @@ std::uint32_t Liens::Cree(FicheCreation& f, ResultatLien& r) {
         r.refus = 621;
         return 0;
     }
-    for (std::string* t : {&f.nom, &f.prenom, &f.autresPrenoms, &f.anNaiss, &f.anDeces,
-                           &f.jourNaiss, &f.jourDeces, &f.lieuNaiss, &f.lieuDeces})
+    // A text of the base may hold "#"; a year or a date has no use for it.
+    for (std::string* t : {&f.anNaiss, &f.anDeces, &f.jourNaiss, &f.jourDeces})
         std::replace(t->begin(), t->end(), '#', ' ');
     const char sexe = f.sexe == 'H' || f.sexe == 'F' ? f.sexe : 'I';
     const std::string jn = Trim(f.jourNaiss).empty() ? "" : Conv_DateSaisie(Trim(f.jourNaiss));
@@ -160,7 +162,6 @@ std::uint32_t Liens::Cree(FicheCreation& f, ResultatLien& r) {
     const std::string ancienne = b_.LitNote(n);
     std::string texte = b_.LigneMotsCles(n, Trim(f.lieuNaiss), Trim(f.lieuDeces)) +
                         LignesRubriques(b_.Tete().rubriquesPersonne, f.rubriques);
-    std::replace(f.note.begin(), f.note.end(), '#', ' ');
     if (!f.note.empty()) texte += "\r\n\r\n" + f.note;
     if (texte != ancienne) {
         b_.MajMots(n, ancienne, texte);
@@ -395,9 +396,6 @@ std::optional<std::string> TexteLien(const DialogueLiens& d) {
         std::optional<std::string> t = d.saisie(633);
         if (!t) return t;
         std::string s = Trim(*t);
-        // The stored text ends at "#".
-        std::replace(s.begin(), s.end(), '#', ' ');
-        s = Trim(s);
         if (!s.empty()) return s;
     }
 }

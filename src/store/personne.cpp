@@ -5,6 +5,7 @@
 #include "store/pack.h"
 #include "text/mots.h"
 #include "text/tags.h"
+#include "text/utf8.h"
 
 #include <algorithm>
 
@@ -247,7 +248,7 @@ void Base::GardeIdentite(std::uint32_t n, std::string brute) {
             identite_[k].clear();
             continue;
         }
-        auto fin = k < 4 ? identiteBrute_.find(';', debut) : std::string::npos;
+        auto fin = k < 4 ? PointVirgule(identiteBrute_, debut) : std::string::npos;
         if (fin == std::string::npos) fin = identiteBrute_.size();
         identite_[k] = identiteBrute_.substr(debut, fin - debut);
         debut = fin + 1;
@@ -393,8 +394,7 @@ std::uint32_t Base::EvtNo(std::uint32_t n, int i) { return Element(ListeEvts(n),
 std::string Base::LitTextePaire(std::uint32_t pos) {
     if (pos == 0 || pos > 800000000) return "";
     std::string t = Lire(pos, 50);
-    auto d = t.find('#');
-    return d == std::string::npos ? t : t.substr(0, d);
+    return TexteDuFichier(std::string_view(t).substr(0, t.find('#')));
 }
 
 std::string Base::TexteLienBrutNo(std::uint32_t n, int i) {
@@ -418,7 +418,7 @@ void Base::EcritListeLiens(std::uint32_t n,
     std::string o;
     for (const auto& [p, t] : l) {
         std::string tag = Conv_TagLibelle(t);
-        std::uint32_t pos = Ajouter(tag + "#");
+        std::uint32_t pos = AjouteTexte(tag, true);
         o += Pack4(p) + Pack4(pos);
     }
     EcritListe(n, oLiens, o, cacheLiens_);
@@ -428,7 +428,7 @@ void Base::EcritListeEvts(std::uint32_t n,
                           const std::vector<std::pair<std::uint32_t, std::string>>& l) {
     std::string o;
     for (const auto& [e, r] : l) {
-        std::uint32_t pos = Ajouter(r + "#");
+        std::uint32_t pos = AjouteTexte(r, true);
         o += Pack4(e) + Pack4(pos);
     }
     EcritListe(n, oEvts, o, cacheEvts_);
@@ -489,7 +489,7 @@ void Base::MajLiens(std::uint32_t n, std::uint32_t p, std::string_view texte, ch
     std::string l = ListeLiens(n);
     std::string tag = Conv_TagLibelle(texte);
     if (op == 'A') {
-        std::uint32_t pos = Ajouter(tag + "#");
+        std::uint32_t pos = AjouteTexte(tag, true);
         l += Pack4(p) + Pack4(pos);
     } else if (op == 'S') {
         for (std::size_t o = 0; o + 8 <= l.size(); o += 8)
@@ -499,7 +499,7 @@ void Base::MajLiens(std::uint32_t n, std::uint32_t p, std::string_view texte, ch
             }
     } else if (op == 'M') {
         if (p < 1 || std::size_t(p) * 8 > l.size()) return;
-        std::uint32_t pos = Ajouter(tag + "#");
+        std::uint32_t pos = AjouteTexte(tag, true);
         l.replace((p - 1) * 8 + 4, 4, Pack4(pos));
     } else {
         return;
@@ -512,7 +512,7 @@ void Base::MajEvts(std::uint32_t n, std::uint32_t e, std::string_view role, char
     redessiner = true;
     std::string l = ListeEvts(n);
     if (op == 'A') {
-        std::uint32_t pos = Ajouter(std::string(role) + "#");
+        std::uint32_t pos = AjouteTexte(role, true);
         l += Pack4(e) + Pack4(pos);
         EcritListe(n, oEvts, l, cacheEvts_);
         TriEvts(n);
@@ -522,7 +522,7 @@ void Base::MajEvts(std::uint32_t n, std::uint32_t e, std::string_view role, char
         RetirePremier(l, e, 8);
     } else if (op == 'M') {
         if (e < 1 || std::size_t(e) * 8 > l.size()) return;
-        std::uint32_t pos = Ajouter(std::string(role) + "#");
+        std::uint32_t pos = AjouteTexte(role, true);
         l.replace((e - 1) * 8 + 4, 4, Pack4(pos));
     } else {
         return;

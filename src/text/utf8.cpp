@@ -1,5 +1,7 @@
 #include "text/utf8.h"
 
+#include <unicode/normalizer2.h>
+
 #include <array>
 #include <unordered_map>
 
@@ -198,21 +200,51 @@ std::string CheminSysteme(std::string_view s) {
 }
 
 namespace {
+
+// The character a letter and a combining mark make, when Unicode has one.
+char32_t composeUnicode(char32_t base, char32_t marque) {
+    UErrorCode statut = U_ZERO_ERROR;
+    const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(statut);
+    if (U_FAILURE(statut) || nfc == nullptr) return 0;
+    const UChar32 c = nfc->composePair(static_cast<UChar32>(base), static_cast<UChar32>(marque));
+    return c < 0 ? 0 : static_cast<char32_t>(c);
+}
+
 std::string VersAnsi(std::string_view s, std::size_t* remplaces, bool references) {
     std::string out;
     out.reserve(s.size());
     const auto& inv = inverse();
+    // The last character written and where it starts in `out`, so that a
+    // combining mark behind it can make one character with it.
+    char32_t dernier = 0;
+    std::size_t debutDernier = 0;
+    auto ecrit = [&](char32_t cp) {
+        debutDernier = out.size();
+        dernier = cp;
+        auto it = inv.find(cp);
+        if (it != inv.end()) out += static_cast<char>(it->second);
+        else AjouteReference(out, cp);
+    };
     std::size_t i = 0;
     while (i < s.size()) {
         auto b0 = static_cast<unsigned char>(s[i]);
         if (b0 < 0x80) {
-            out += static_cast<char>(b0);
+            // An "&" before "#" would read as the start of a reference.
+            if (references && b0 == '&' && i + 1 < s.size() && s[i + 1] == '#') {
+                AjouteReference(out, '&');
+                dernier = 0;
+            } else {
+                debutDernier = out.size();
+                dernier = b0;
+                out += static_cast<char>(b0);
+            }
             ++i;
             continue;
         }
         auto [cp, len] = LitUtf8(s, i);
         if (len == 0) { // not UTF-8: keep the byte as a Windows-1252 character
             out += static_cast<char>(b0);
+            dernier = 0;
             ++i;
             continue;
         }
@@ -222,27 +254,40 @@ std::string VersAnsi(std::string_view s, std::size_t* remplaces, bool references
         if (cp >= 0x0300 && cp <= 0x036F) {
             // A combining mark: composed with the letter before it when
             // Windows-1252 has the composed letter, else dropped (the
-            // letter is its closest Latin form) and counted.
+            // letter is its closest Latin form) and counted. Kept as
+            // references, it makes with the letter the character Unicode
+            // composes of them, or stays a reference of its own.
             if (!out.empty()) {
                 if (char c = compose(out.back(), cp)) {
                     out.back() = c;
+                    debutDernier = out.size() - 1;
+                    dernier = versUnicode(static_cast<unsigned char>(c));
                     continue;
                 }
             }
-            if (references) AjouteReference(out, cp);
-            else if (remplaces) ++*remplaces;
+            if (references) {
+                if (char32_t c = dernier != 0 ? composeUnicode(dernier, cp) : 0) {
+                    out.resize(debutDernier);
+                    ecrit(c);
+                } else {
+                    AjouteReference(out, cp);
+                    dernier = 0;
+                }
+            } else if (remplaces) {
+                ++*remplaces;
+            }
             continue;
         }
         auto it = inv.find(cp);
-        if (it != inv.end()) {
-            out += static_cast<char>(it->second);
-        } else if (references) {
-            AjouteReference(out, cp);
+        if (it != inv.end() || references) {
+            ecrit(cp);
         } else if (const char* a = approche(cp)) {
             out += a;
+            dernier = 0;
             if (remplaces) ++*remplaces;
         } else {
             out += '?';
+            dernier = 0;
             if (remplaces) ++*remplaces;
         }
     }
@@ -256,6 +301,15 @@ std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces) {
 }
 
 std::string Utf8VersAnsiRef(std::string_view utf8) { return VersAnsi(utf8, nullptr, true); }
+
+std::size_t PointVirgule(std::string_view s, std::size_t debut) {
+    for (std::size_t p = s.find(';', debut); p != std::string_view::npos; p = s.find(';', p + 1)) {
+        std::size_t k = p;
+        while (k > debut && s[k - 1] >= '0' && s[k - 1] <= '9') --k;
+        if (k == p || k < debut + 2 || s[k - 1] != '#' || s[k - 2] != '&') return p;
+    }
+    return std::string_view::npos;
+}
 
 bool ContientReference(std::string_view ansi) {
     for (auto p = ansi.find("&#"); p != std::string_view::npos; p = ansi.find("&#", p + 2)) {

@@ -31,7 +31,10 @@ std::string Utf8VersAnsi(std::string_view utf8, std::size_t* remplaces = nullptr
 // numeric character references ("&#1047;" for "З"), which any Windows-1252
 // text, a base, a .svr file can carry. This is the conversion of text read
 // from outside (an import, a field typed in): as Utf8VersAnsi, but what it
-// would replace becomes its reference.
+// would replace becomes its reference; a letter and a combining mark that
+// Unicode composes become the reference of the composed letter ("n" and
+// U+0301 give "&#324;"). An "&" followed by "#" is written "&#38;", so that
+// a text that looks like a reference comes back as it was typed.
 std::string Utf8VersAnsiRef(std::string_view utf8);
 // The text as the user sees it: Windows-1252 to UTF-8 with every reference
 // "&#N;" given back as its character. For the windows, the command line,
@@ -39,6 +42,12 @@ std::string Utf8VersAnsiRef(std::string_view utf8);
 std::string AnsiRefVersUtf8(std::string_view ansi);
 // Whether the text holds a character reference.
 bool ContientReference(std::string_view ansi);
+// The first ";" from `debut` that does not end a character reference, npos
+// when none: the separator of fields joined by ";" (a person's identity),
+// which a reference "&#1047;" must not split. (A field of the earlier
+// program ending in "&#" and digits would join the next one; no name or
+// date does.)
+std::size_t PointVirgule(std::string_view texte, std::size_t debut = 0);
 
 // Encodes one code point as UTF-8.
 void AjouteUtf8(std::string& out, char32_t cp);
