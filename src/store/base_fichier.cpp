@@ -156,7 +156,8 @@ std::string TexteDuFichier(std::string_view stocke) {
     r.reserve(stocke.size());
     for (std::size_t i = 0; i < stocke.size(); ++i) {
         const char c = stocke[i];
-        if (c == kEchappe && i + 1 < stocke.size() && (stocke[i + 1] == '*' || stocke[i + 1] == kEchappe)) {
+        const char suivant = i + 1 < stocke.size() ? stocke[i + 1] : '\0';
+        if (c == kEchappe && (suivant == '*' || suivant == kEchappe)) {
             r += stocke[++i] == '*' ? '#' : kEchappe;
             continue;
         }

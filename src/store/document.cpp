@@ -120,7 +120,8 @@ void Base::EcritDoc(std::uint32_t d, std::string_view tete) {
     }
     // The note position stays as it is; what follows is a text.
     const std::size_t note = std::min<std::size_t>(tete.size(), 4);
-    std::uint32_t pos = Ajouter(std::string(tete.substr(0, note)) + TexteDansFichier(tete.substr(note)));
+    std::uint32_t pos =
+        Ajouter(std::string(tete.substr(0, note)) + TexteDansFichier(tete.substr(note)));
     EcritPosDoc(d, pos);
     docNo_ = 0; // read back what was written, split as a reader splits it
     LitDoc(d);
