@@ -12,6 +12,7 @@
 #include "text/dates.h"
 #include "text/messages.h"
 #include "text/reglages.h"
+#include "text/utf8.h"
 
 #include <gtest/gtest.h>
 
@@ -314,6 +315,72 @@ TEST(AllerRetourCorpus, LesBasesLuesEtReluesPassentLeControle) {
         EXPECT_EQ(b.Tete().nbPersonnes, a.b.Tete().nbPersonnes);
         EXPECT_EQ(Controler(b, io).rapport, "");
     }
+}
+
+const std::string kZykov = "\xD0\x97\xD1\x8B\xD0\xBA\xD0\xBE\xD0\xB2"; // Зыков
+const std::string kZykovRef = "&#1047;&#1099;&#1082;&#1086;&#1074;";
+
+std::string Utf8(const std::string& corps) {
+    return "0 HEAD\r\n1 CHAR UTF-8\r\n" + corps + "0 TRLR\r\n";
+}
+
+TEST(AllerRetourGedcom, UnNomCyrilliqueResteCyrilliqueEnUtf8EtLatinAilleurs) {
+    const std::string note = "1 NOTE Cote # 12 &#1047; " + kZykov;
+    Passage g(Utf8("0 @I1@ INDI\r\n1 NAME Ivan /" + kZykov + "/\r\n" + note +
+                  "\r\n0 @I2@ INDI\r\n1 NAME Jean /Zola/\r\n0 @I3@ INDI\r\n1 NAME Louis /Yves/\r\n"));
+    const std::uint32_t ivan = g.Qui("Ivan");
+    ASSERT_NE(ivan, 0u) << g.b.LitIdentite(1);
+    EXPECT_EQ(g.b.LitNom(ivan), kZykovRef);
+    EXPECT_EQ(g.r.lecture[Anomalie::CaractereRemplace].nombre, 0u);
+    // Sorted by its Latin form: after Yves and Zola, not before "A".
+    std::vector<std::string> ordre;
+    for (std::size_t i = 1; i <= g.b.TablePersonnes().taille(); ++i)
+        ordre.push_back(g.b.LitPrenom(g.b.TriFiche(i)));
+    EXPECT_EQ(ordre, (std::vector<std::string>{"Louis", "Jean", "Ivan"}));
+
+    const std::string utf8 = g.Exporte(JeuUtf8);
+    EXPECT_NE(utf8.find("1 NAME Ivan /" + kZykov + "/"), std::string::npos) << utf8;
+    EXPECT_NE(utf8.find(note.substr(2)), std::string::npos) << utf8;
+    for (char jeu : {'1', '2', '0'}) {
+        const std::string autre = g.Exporte(jeu);
+        EXPECT_NE(autre.find("1 NAME Ivan /Zykov/"), std::string::npos) << jeu << autre;
+        EXPECT_EQ(autre.find("&#1047;"), autre.find("&#1047; Zykov")) << jeu;
+    }
+    // And back again: from the second export on, byte for byte.
+    Passage retour(utf8);
+    const std::string deuxieme = retour.Exporte(JeuUtf8);
+    EXPECT_NE(deuxieme.find(note.substr(2)), std::string::npos) << deuxieme;
+    EXPECT_EQ(Passage(deuxieme).Exporte(JeuUtf8), deuxieme);
+}
+
+// The corpus file with names in Cyrillic, Greek, Hebrew ... (UTF-16): none
+// of its characters comes out of the base as "?".
+TEST(AllerRetourCorpus, LArbreCyrilliqueNePerdAucunCaractere) {
+    const std::string chemin = kCorpus + "eichmann/ULHCL.GED";
+    const std::string brut = lireTout(systemeReel(), chemin);
+    Passage g(brut);
+    const std::string sortie = g.Exporte(JeuUtf8);
+    // The file's text, as UTF-8, from UTF-16 little-endian.
+    std::u16string u16;
+    for (std::size_t i = 0; i + 1 < brut.size(); i += 2)
+        u16 += static_cast<char16_t>(static_cast<unsigned char>(brut[i]) |
+                                     static_cast<unsigned char>(brut[i + 1]) << 8);
+    std::size_t nonLatins = 0, retrouves = 0;
+    std::string source;
+    for (char16_t c : u16) {
+        if (c == 0xFEFF || (c >= 0xD800 && c <= 0xDFFF)) continue;
+        std::string u;
+        AjouteUtf8(u, c);
+        source += u;
+        if (c >= 0x370) {
+            ++nonLatins;
+            if (sortie.find(u) != std::string::npos) ++retrouves;
+        }
+    }
+    EXPECT_GT(nonLatins, 200u);
+    EXPECT_EQ(retrouves, nonLatins);
+    EXPECT_EQ(std::count(sortie.begin(), sortie.end(), '?'),
+              std::count(source.begin(), source.end(), '?'));
 }
 
 } // namespace

@@ -82,7 +82,7 @@ TEST(CliBase, ErrorsAreClearAndChangeNothing) {
          {std::vector<std::string>{"add-person", base, "--name", "A"},
           {"add-person", base, "--name", "A", "--first", "B", "--father", "9"},
           {"add-person", base, "--name", "A", "--first", "B", "--sex", "X"},
-          {"add-person", base, "--name", "A#", "--first", "B"},
+          {"add-person", base, "--name", "A;", "--first", "B"},
           {"add-person", base, "--name", "A", "--first", "B", "--birth", "18500"},
           {"add-person", base, "--name", "A", "--first", "B", "--father", "abc"},
           {"add-person", base, "--nom", "A"},

@@ -11,7 +11,9 @@ namespace sylvane {
 // ("&#1047;"): they are shown as the characters they stand for.
 QString Q(const std::string& ansi) { return QString::fromStdString(AnsiRefVersUtf8(ansi)); }
 
-std::string A(const QString& texte) { return Utf8VersAnsi(texte.toStdString()); }
+// What the user typed keeps every character: those Windows-1252 lacks as
+// references.
+std::string A(const QString& texte) { return Utf8VersAnsiRef(texte.toStdString()); }
 
 QString M(int n) { return Q(Message(n)); }
 

@@ -55,7 +55,9 @@ void Session::Valide() {
 }
 
 nlohmann::json Texte(const std::string& ansi) { return AnsiRefVersUtf8(ansi); }
-std::string Ansi(const std::string& utf8) { return Utf8VersAnsi(utf8); }
+// A name or a text given on the command line keeps every character, those
+// Windows-1252 lacks as references; paths have a conversion of their own.
+std::string Ansi(const std::string& utf8) { return Utf8VersAnsiRef(utf8); }
 
 void Ligne(std::ostream& out, const nlohmann::json& j) { out << j.dump() << "\n"; }
 

@@ -109,9 +109,10 @@ int VerbeAddPerson(const Arguments& args, std::ostream& out, std::ostream& err) 
         throw ErreurUsage{"--sex attend H, F ou I"};
     std::string nom = Ansi(o.valeur("name")), prenom = Ansi(o.valeur("first"));
     std::string an = Ansi(o.valeur("birth"));
-    for (const std::string* t : {&nom, &prenom, &an})
-        if (t->find_first_of("#;\r\n") != std::string::npos)
-            throw ErreurUsage{"les caract\xC3\xA8res # ; et les fins de ligne sont interdits"};
+    // ";" joins the fields of an identity; "#" is a character like another.
+    for (const char* option : {"name", "first", "birth"})
+        if (o.valeur(option).find_first_of(";\r\n") != std::string::npos)
+            throw ErreurUsage{"le caract\xC3\xA8re ; et les fins de ligne sont interdits"};
     if (an.size() > 4) throw ErreurUsage{"--birth : une ann\xC3\xA9" "e de 4 caract\xC3\xA8res au plus"};
     Session s(err);
     Base& b = s.Ouvre(chemin);

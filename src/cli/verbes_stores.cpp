@@ -123,8 +123,8 @@ int VerbeAddEvent(const Arguments& args, std::ostream& out, std::ostream& err) {
     std::string tag = Conv_TagLibelle(Ansi(o.valeur("tag")));
     std::string lieu = Ansi(o.valeur("place"));
     for (const std::string* t : {&tag, &lieu})
-        if (t->find_first_of(std::string("#\r\n\0", 4)) != std::string::npos)
-            throw ErreurUsage{"les caract\xC3\xA8res # NUL et les fins de ligne sont interdits"};
+        if (t->find_first_of(std::string("\r\n\0", 3)) != std::string::npos)
+            throw ErreurUsage{"le caract\xC3\xA8re NUL et les fins de ligne sont interdits"};
     if (tag.empty()) throw ErreurUsage{"--tag est vide"};
     // Without a message file, the month names are the French ones.
     if (Message(730).empty()) DefinitMessages(MessagesDatesFrancais());

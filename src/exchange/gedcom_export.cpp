@@ -8,6 +8,7 @@
 #include "text/mots.h"
 #include "text/rtf.h"
 #include "text/tags.h"
+#include "text/translitteration.h"
 #include "text/utf8.h"
 
 #include <algorithm>
@@ -120,7 +121,9 @@ class Redacteur {
     // --- Output
     std::string Conv(std::string_view t) const {
         switch (jeu_) {
-        case '1': return std::string(t);
+        // Characters held as references: their Latin form where the set
+        // has no room for them, themselves in UTF-8.
+        case '1': return Translitere(t);
         case '2': {
             // ANSEL has no non-breaking space: a blank stands for it.
             std::string s(t);
@@ -129,7 +132,7 @@ class Redacteur {
         }
         case '0': return Conv_AnsiVers437(t);
         case '3': return Conv_AnsiVersHtml(t);
-        default: return AnsiVersUtf8(t);
+        default: return AnsiRefVersUtf8(t);
         }
     }
     void Brut(int niveau, std::string_view tag, const std::string* valeur) {

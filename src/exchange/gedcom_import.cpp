@@ -42,10 +42,11 @@ bool Parmi(const std::string_view (&t)[N], std::string_view tag) {
     return std::find(std::begin(t), std::end(t), tag) != std::end(t);
 }
 
-// A text of the file made fit for the base: "#" ends a text there.
+// A text of the file as the base holds it: the "#" of a calendar escape
+// is held as "*" ("@*DJULIAN@"), which the export writes back.
 std::string Propre(std::string_view v) {
     std::string s(v);
-    std::replace(s.begin(), s.end(), '#', '*');
+    for (auto p = s.find("@#D"); p != std::string::npos; p = s.find("@#D", p + 3)) s[p + 1] = '*';
     return s;
 }
 
@@ -73,8 +74,8 @@ std::string FormeDate(std::string_view v) {
 // it holds ("INT 1850 (environ)" and "(vers 1850)" give 1850) and a dual
 // year its first year ("1731/32" gives 1731). `exacte` false when the
 // held form does not write the file's text back: the caller keeps that
-// text in a note. The "#" of a calendar escape, which a text of the base
-// cannot hold, is held as "*" ("@*DJULIAN@"), and written back as "#".
+// text in a note. The "#" of a calendar escape is held as "*"
+// ("@*DJULIAN@"), and written back as "#".
 DateTenue DateTenueDe(std::string_view v, bool& ok, bool* exacte = nullptr) {
     std::string s = Trim(Propre(v));
     if (const auto p = s.find('('); p != std::string::npos) {

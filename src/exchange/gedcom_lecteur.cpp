@@ -58,19 +58,6 @@ bool toutAscii(std::string_view s) {
     return true;
 }
 
-// One code point of UTF-8 at i, leniently: a malformed byte counts for itself.
-char32_t lisUtf8(std::string_view s, std::size_t& i) {
-    const unsigned char c = octet(s[i++]);
-    int suite = c >= 0xF0 ? 3 : c >= 0xE0 ? 2 : c >= 0xC0 ? 1 : 0;
-    char32_t cp = suite == 3 ? (c & 0x07) : suite == 2 ? (c & 0x0F) : (c & 0x1F);
-    if (c < 0x80 || suite == 0) return c;
-    for (int k = 0; k < suite; ++k) {
-        if (i >= s.size() || (octet(s[i]) & 0xC0) != 0x80) return c;
-        cp = (cp << 6) | (octet(s[i++]) & 0x3F);
-    }
-    return cp;
-}
-
 // True when the text holds at least one byte from 128 up and every such
 // byte belongs to a well-formed UTF-8 sequence.
 bool estUtf8(std::string_view s) {
@@ -547,38 +534,9 @@ class LecteurGedcom {
             compteMarquesPerdues(brut);
             sortie += Conv_AnselVersAnsi(brut);
             break;
-        default: {
-            std::size_t remplaces = 0;
-            sortie += Utf8VersAnsi(brut, &remplaces);
-            if (remplaces > 0) {
-                compte(Anomalie::CaractereRemplace).nombre += remplaces;
-                if (compte(Anomalie::CaractereRemplace).exemples.size() < NombreExemples)
-                    exemplesUtf8(brut);
-            }
-        }
-        }
-    }
-
-    // A character and the combining marks behind it, converted alone: what
-    // is counted as replaced gives an example.
-    void exemplesUtf8(std::string_view s) {
-        std::size_t i = 0;
-        while (i < s.size()) {
-            const std::size_t debut = i;
-            char32_t premier = lisUtf8(s, i);
-            std::size_t j = i;
-            while (j < s.size()) {
-                std::size_t k = j;
-                const char32_t m = lisUtf8(s, k);
-                if (m < 0x300 || m > 0x36F) break;
-                if (premier < 0x80) premier = m;
-                j = k;
-            }
-            i = j;
-            if (premier < 0x80) continue;
-            std::size_t n = 0;
-            const std::string r = Utf8VersAnsi(s.substr(debut, i - debut), &n);
-            if (n > 0) exemple(Anomalie::CaractereRemplace, r, premier);
+        default:
+            // Characters Windows-1252 can't hold are kept as references.
+            sortie += Utf8VersAnsiRef(brut);
         }
     }
 
