@@ -2,6 +2,7 @@
 
 #include "exchange/selection.h"
 #include "store/base.h"
+#include "text/parametres.h"
 #include "store/pack.h"
 #include "store/temoins.h"
 #include "text/calendrier.h"
@@ -118,8 +119,94 @@ bool Execute(Balayage& s, const Interaction& i, const std::function<void()>& apr
 
 namespace {
 
-bool Contient(const std::string& dans, const std::string& quoi) {
-    return quoi.empty() || dans.find(quoi) != std::string::npos;
+// Folded texts of records, kept from one search to the next on one base so
+// that a scan of a million persons reads no file. A record's texts are read
+// once; every write of a text to the base moves its end (`ZoneFin`), and
+// then all of them are read again. `contexte` names what else they depend
+// on (the display of names).
+class TextesPlies {
+  public:
+    void Verifie(Base& b, const std::string& contexte) {
+        const Empreinte e{&b,
+                          b.Chemins().base,
+                          contexte,
+                          b.ZoneFin(),
+                          b.Tete().maxPersonne,
+                          b.Tete().maxEvenement,
+                          b.Tete().nbPersonnes,
+                          b.Tete().nbEvenements};
+        if (e == empreinte_) return;
+        empreinte_ = e;
+        arene_.clear();
+        debut_.clear();
+        longueur_.clear();
+    }
+    template <class Lit> std::string_view Texte(std::uint32_t n, Lit lit) {
+        if (n < longueur_.size() && longueur_[n] != 0)
+            return std::string_view(arene_).substr(debut_[n], longueur_[n] - 1);
+        const std::string t = lit();
+        if (n >= longueur_.size()) {
+            debut_.resize(std::max<std::size_t>(n + 1, longueur_.size() * 2), 0);
+            longueur_.resize(debut_.size(), 0);
+        }
+        // A text too long to keep is given as it is, and read again.
+        if (t.size() >= 0xFFFF || arene_.size() + t.size() > 0xFFFFFFFFu) {
+            horsCache_ = t;
+            return horsCache_;
+        }
+        debut_[n] = static_cast<std::uint32_t>(arene_.size());
+        longueur_[n] = static_cast<std::uint16_t>(t.size() + 1);
+        arene_ += t;
+        return std::string_view(arene_).substr(debut_[n], t.size());
+    }
+
+  private:
+    struct Empreinte {
+        const Base* base = nullptr;
+        std::string chemin, contexte;
+        std::uint32_t zoneFin = 0, maxPersonne = 0, maxEvenement = 0, nbPersonnes = 0,
+                      nbEvenements = 0;
+        bool operator==(const Empreinte&) const = default;
+    };
+    Empreinte empreinte_;
+    std::string arene_, horsCache_;
+    std::vector<std::uint32_t> debut_;
+    std::vector<std::uint16_t> longueur_; // 0: not read yet; else length + 1
+};
+
+// The three folded forms of a person's name, joined by \x01: the display
+// name, the family name, the first names.
+TextesPlies& NomsPlies() {
+    static TextesPlies t;
+    return t;
+}
+// An event's folded tag and place, joined by \x01.
+TextesPlies& EvtsPlies() {
+    static TextesPlies t;
+    return t;
+}
+
+// A display of names made of identity fields only; parents' names and
+// rubrics change without a text written, and are read each time.
+bool AffichageIdentite(const Parametres& p, std::string& contexte) {
+    for (const std::string& tag : p.affichageNom) {
+        if (tag != "FNAM" && tag != "BIRN" && tag != "OFNM") return false;
+        contexte += tag + ' ';
+    }
+    return true;
+}
+
+std::string_view Partie(std::string_view t, int i) {
+    for (; i > 0; --i) {
+        const auto p = t.find('\x01');
+        if (p == std::string_view::npos) return {};
+        t.remove_prefix(p + 1);
+    }
+    return t.substr(0, t.find('\x01'));
+}
+
+bool Contient(std::string_view dans, const std::string& quoi) {
+    return quoi.empty() || dans.find(quoi) != std::string_view::npos;
 }
 
 bool Commence(const std::string& texte, const std::string& debut) {
@@ -151,13 +238,27 @@ RechercheNom::RechercheNom(Base& b, const CriteresNom& c)
 
 bool RechercheNom::Avance(std::size_t pas) {
     const bool annees = !debut_.empty() || fin_ != std::string(4, '\xFF');
+    std::string contexte;
+    const bool cache = AffichageIdentite(b_.Params(), contexte);
+    TextesPlies& plies = NomsPlies();
+    if (cache) plies.Verifie(b_, contexte);
+    std::string lu;
     for (std::size_t k = 0; k < pas && fait_ < total_; ++k) {
         const std::uint32_t n = b_.TriFiche(++fait_);
         if (n == 0) continue;
-        if (!texte_.empty() && !Contient(CleMot(b_.NomComplet(n)), texte_)) continue;
-        if (!nom_.empty() && !Contient(CleMot(b_.LitNom(n)), nom_)) continue;
-        if (!prenom_.empty() &&
-            !Contient(CleMot(b_.LitPrenom(n) + " " + b_.LitAutrePrenom(n)), prenom_))
+        auto lit = [&] {
+            return CleMot(b_.NomComplet(n)) + '\x01' + CleMot(b_.LitNom(n)) + '\x01' +
+                   CleMot(b_.LitPrenom(n) + " " + b_.LitAutrePrenom(n));
+        };
+        std::string_view noms;
+        if (cache) {
+            noms = plies.Texte(n, lit);
+        } else {
+            lu = lit();
+            noms = lu;
+        }
+        if (!Contient(Partie(noms, 0), texte_) || !Contient(Partie(noms, 1), nom_) ||
+            !Contient(Partie(noms, 2), prenom_))
             continue;
         if (sexe_ != ' ') {
             const std::string s = b_.LitSexe(n);
@@ -472,14 +573,28 @@ RechercheEvt::RechercheEvt(Base& b, const CriteresEvt& c, long aujourdhui)
 }
 
 bool RechercheEvt::Avance(std::size_t pas) {
+    TextesPlies& plies = EvtsPlies();
+    const bool textes = !type_.empty() || !lieu_.empty();
+    if (textes) plies.Verifie(b_, {});
     for (std::size_t k = 0; k < pas && place_ <= total_; ++k, ++place_, ++fait_) {
         const std::uint32_t e = b_.TriEvt(place_);
         if (e == 0) continue;
-        const long jour = b_.DateEvt(e);
-        if (avecDebut_ && (jour == 0 || jour < debut_)) continue;
-        if (avecFin_ && jour > fin_) continue;
-        if (!type_.empty() && CleMot(b_.TagEvt(e)) != type_) continue;
-        if (!lieu_.empty() && CleMot(b_.LieuEvt(e)) != lieu_) continue;
+        if (avecDebut_ || avecFin_) {
+            const long jour = b_.DateEvt(e);
+            // In date order, the first event past the span ends the scan.
+            if (avecFin_ && jour > fin_) {
+                fait_ += total_ + 1 - place_;
+                place_ = total_ + 1;
+                break;
+            }
+            if (avecDebut_ && (jour == 0 || jour < debut_)) continue;
+        }
+        if (textes) {
+            const std::string_view t = plies.Texte(
+                e, [&] { return CleMot(Trim(b_.TagEvt(e))) + '\x01' + CleMot(Trim(b_.LieuEvt(e))); });
+            if (!type_.empty() && Partie(t, 0) != type_) continue;
+            if (!lieu_.empty() && Partie(t, 1) != lieu_) continue;
+        }
         trouves_.push_back(LigneEvenement(b_, e));
     }
     return place_ <= total_;
