@@ -138,7 +138,7 @@ class Importeur {
     std::string_view Tag(std::size_t i) const { return g_.tag(i); }
     std::string Valeur(std::size_t i) const { return Propre(g_.valeur(i)); }
     std::uint32_t Numero(std::size_t i, char genre) const {
-        const std::uint32_t p = g_.ligne(i).lien;
+        const std::uint32_t p = g_.lien(i);
         return p && genres_[p] == genre ? numeros_[p] : 0;
     }
 
@@ -208,7 +208,7 @@ class Importeur {
         l += libelle;
         // A pointer is kept as its name, without the "@" that would make a
         // pointer of it again.
-        const std::string v = g_.ligne(i).lien ? std::string(g_.textePointeur(g_.ligne(i).lien)) : Valeur(i);
+        const std::string v = g_.lien(i) ? std::string(g_.textePointeur(g_.lien(i))) : Valeur(i);
         if (!v.empty()) l += (libelle == tag ? " " : " : ") + v;
         Ajoute(note, l);
         for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, profondeur + 1, compter);
@@ -247,7 +247,7 @@ class Importeur {
     void Passe1() {
         for (std::uint32_t i : g_.enregistrements()) {
             const std::string_view tag = Tag(i);
-            const std::uint32_t p = g_.ligne(i).pointeur;
+            const std::uint32_t p = g_.pointeur(i);
             if (tag == "INDI") {
                 if (!Point("INDI")) return;
                 const std::uint32_t n = Individu(i);
@@ -276,7 +276,7 @@ class Importeur {
     // The header's note is the base's title document.
     void Entete(std::size_t i) {
         const std::size_t note = g_.sousLigne(i, "NOTE");
-        if (note == GedcomLu::npos || g_.ligne(note).lien) return;
+        if (note == GedcomLu::npos || g_.lien(note)) return;
         const std::string v = Valeur(note);
         const auto crlf = v.find(kCrLf);
         const std::uint32_t d = b_.CreeDoc(v.substr(0, crlf), "", "",
@@ -373,7 +373,7 @@ class Importeur {
                 // (PAGE, DATA, NOTE, QUAY) stays in the note under its title.
                 Citation(note, s);
             } else if (tag == "FAMS" || tag == "FAMC" || tag == "ASSO" ||
-                       (tag == "OBJE" && g_.ligne(s).lien) || (tag == "NOTE" && g_.ligne(s).lien) ||
+                       (tag == "OBJE" && g_.lien(s)) || (tag == "NOTE" && g_.lien(s)) ||
                        Parmi(kIgnores, tag)) {
                 // pass 2, or nothing to keep
             } else if (tag == "NOTE" || tag == "TEXT") {
@@ -456,7 +456,7 @@ class Importeur {
             const std::string_view t = Tag(s);
             if (t == "TITL") titre = UneLigne(Valeur(s));
             else if (t == "DATA") {
-            } else if (t == "NOTE" && g_.ligne(s).lien) {
+            } else if (t == "NOTE" && g_.lien(s)) {
                 docsPasse2_.push_back(s);
             } else if (!Parmi(kIgnores, t) || t == "REFN") {
                 EnNote(note, s, 0, false);
@@ -500,7 +500,7 @@ class Importeur {
         }
         if (data != GedcomLu::npos)
             for (std::size_t s : g_.sousLignes(data))
-                if (Tag(s) == "NOTE" && g_.ligne(s).lien) docsPasse2_.push_back(s);
+                if (Tag(s) == "NOTE" && g_.lien(s)) docsPasse2_.push_back(s);
         if (!notesEvt.empty()) note = note.empty() ? notesEvt : notesEvt + std::string(kCrLf) + note;
         if (tag.empty()) tag = "EVEN";
         const std::uint32_t e = b_.CreeEvtPersonne(0, date, tag, lieu);
@@ -567,7 +567,7 @@ class Importeur {
             const std::string_view tag = Tag(i);
             if (tag == "INDI") {
                 if (!Point("INDI")) return;
-                const std::uint32_t p = g_.ligne(i).pointeur;
+                const std::uint32_t p = g_.pointeur(i);
                 if (p && genres_[p] == 'I') Liens(i, numeros_[p]);
             } else if (tag == "FAM") {
                 if (!Point("FAM")) return;
@@ -578,7 +578,7 @@ class Importeur {
             // the documents of the events
             std::size_t rec = s;
             while (g_.ligne(rec).niveau > 0) --rec;
-            const std::uint32_t p = g_.ligne(rec).pointeur;
+            const std::uint32_t p = g_.pointeur(rec);
             const std::uint32_t d = Numero(s, 'D');
             if (p && genres_[p] == 'E' && d) b_.MajDocsEvt(numeros_[p], d, 'A');
         }
@@ -592,7 +592,7 @@ class Importeur {
                 if (q == 0) continue;
                 const std::size_t rela = g_.sousLigne(s, "RELA");
                 b_.MajLiens(n, q, rela == GedcomLu::npos ? std::string() : Valeur(rela), 'A');
-            } else if (tag == "SOUR" && g_.ligne(s).lien) {
+            } else if (tag == "SOUR" && g_.lien(s)) {
                 if (std::uint32_t e = Numero(s, 'E')) {
                     std::string role = "WITN";
                     const std::size_t ev = g_.sousLigne(s, "EVEN");
@@ -609,7 +609,7 @@ class Importeur {
                 } else if (std::uint32_t d = Numero(s, 'D')) {
                     b_.MajDocs(n, d, 'A');
                 }
-            } else if ((tag == "NOTE" || tag == "OBJE") && g_.ligne(s).lien) {
+            } else if ((tag == "NOTE" || tag == "OBJE") && g_.lien(s)) {
                 if (std::uint32_t d = Numero(s, 'D')) b_.MajDocs(n, d, 'A');
             }
         }

@@ -222,6 +222,16 @@ std::string jeuDeclare(std::string_view t) {
     return {};
 }
 
+// FNV-1a, for the pointer index.
+std::uint64_t hachage(std::string_view s) {
+    std::uint64_t h = 14695981039346656037ull;
+    for (char c : s) {
+        h ^= octet(c);
+        h *= 1099511628211ull;
+    }
+    return h;
+}
+
 std::string enMajuscules(std::string s) {
     for (char& c : s)
         if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 'a' + 'A');
@@ -269,8 +279,14 @@ std::size_t GedcomLu::sousLigne(std::size_t i, std::string_view tag) const {
     const std::uint32_t t = numeroTag(tag);
     if (t == 0) return npos;
     for (std::size_t j : sousLignes(i))
-        if (lignes_[j].tag == t) return j;
+        if (numeroTagLigne(j) == t) return j;
     return npos;
+}
+
+std::uint32_t GedcomLu::aPart(const APart& a, std::size_t i) {
+    const auto it = std::lower_bound(a.begin(), a.end(), std::pair<std::uint32_t, std::uint32_t>(
+                                                             static_cast<std::uint32_t>(i), 0));
+    return it != a.end() && it->first == i ? it->second : 0;
 }
 
 std::size_t GedcomLu::compte(std::string_view tag) const {
@@ -278,12 +294,19 @@ std::size_t GedcomLu::compte(std::string_view tag) const {
     if (t == 0) return 0;
     return static_cast<std::size_t>(
         std::count_if(enregistrements_.begin(), enregistrements_.end(),
-                      [&](std::uint32_t i) { return lignes_[i].tag == t; }));
+                      [&](std::uint32_t i) { return numeroTagLigne(i) == t; }));
 }
 
 std::uint32_t GedcomLu::numeroPointeur(std::string_view texte) const {
-    const auto it = index_.find(std::string(texte));
-    return it == index_.end() ? 0 : it->second;
+    if (index_.empty()) return 0;
+    const std::uint64_t h = hachage(texte);
+    const auto haut = static_cast<std::uint32_t>(h >> 32);
+    const std::size_t masque = index_.size() - 1;
+    for (std::size_t k = static_cast<std::size_t>(h) & masque;; k = (k + 1) & masque) {
+        const auto [p, hp] = index_[k];
+        if (p == 0) return 0;
+        if (hp == haut && textePointeur(p) == texte) return p;
+    }
 }
 
 // The pass itself. The lines still open (the current line and its parents)
@@ -428,7 +451,7 @@ class LecteurGedcom {
         }
         if (haut_ >= 0 && d.pointeur.empty() && pile_[haut_].niveauLu == niveau &&
             pile_[haut_].index + 1 == g_.lignes_.size() &&
-            g_.tags_[g_.lignes_[pile_[haut_].index].tag] == d.tag && pieceDeCoupe(pile_[haut_], d.brute))
+            g_.tag(pile_[haut_].index) == d.tag && pieceDeCoupe(pile_[haut_], d.brute))
             return differe(haut_, d.brute, brute);
         while (haut_ >= 0 && pile_[haut_].niveauLu >= niveau)
             ferme();
@@ -439,13 +462,20 @@ class LecteurGedcom {
         LigneGedcom l;
         l.numero = r_.lignes;
         l.niveau = static_cast<std::uint8_t>(++haut_);
-        l.tag = numeroTag(d.tag);
+        const std::uint32_t tag = numeroTag(d.tag);
+        if (tag < LigneGedcom::TagAPart) {
+            l.tag = static_cast<std::uint16_t>(tag);
+        } else {
+            l.tag = LigneGedcom::TagAPart;
+            g_.tagsAPart_.emplace_back(index, tag);
+        }
         Ouverte& o = pile_[haut_];
         o.index = index;
         o.niveauLu = niveau;
         o.valeur.clear();
         if (!d.pointeur.empty()) {
             l.pointeur = pointeur(d.pointeur, false);
+            l.genre = LigneGedcom::Definit;
             auto& p = g_.pointeurs_[l.pointeur];
             if (p.definition == 0)
                 p.definition = index + 1;
@@ -454,7 +484,14 @@ class LecteurGedcom {
         }
         o.conc = false;
         if (estPointeur(d.valeur)) {
-            l.lien = pointeur(d.valeur.substr(1, d.valeur.size() - 2), true);
+            const std::uint32_t lien = pointeur(d.valeur.substr(1, d.valeur.size() - 2), true);
+            if (l.genre == LigneGedcom::Definit) {
+                l.genre = LigneGedcom::Deux;
+                g_.liensAPart_.emplace_back(index, lien);
+            } else {
+                l.pointeur = lien;
+                l.genre = LigneGedcom::Lien;
+            }
             o.valeur = d.valeur;
         } else {
             // Blanks at the end stay until the line closes: a CONC may
@@ -466,7 +503,7 @@ class LecteurGedcom {
             convertit(v, o.valeur);
         }
         if (niveau == 1 && d.tag == "SOUR" && haut_ == 1 && d.valeur == "SYLVANE" &&
-            g_.tags_[g_.lignes_[pile_[0].index].tag] == "HEAD")
+            g_.tag(pile_[0].index) == "HEAD")
             dialecte_ = true;
         if (l.niveau == 0) g_.enregistrements_.push_back(index);
         g_.lignes_.push_back(l);
@@ -498,12 +535,39 @@ class LecteurGedcom {
     }
 
     std::uint32_t pointeur(std::string_view texte, bool usage) {
-        auto [it, nouveau] = g_.index_.try_emplace(
-            std::string(texte), static_cast<std::uint32_t>(g_.pointeurs_.size()));
-        if (nouveau) g_.pointeurs_.push_back({&it->first, 0, 0});
-        auto& p = g_.pointeurs_[it->second];
-        if (usage && p.premierUsage == 0) p.premierUsage = r_.lignes;
-        return it->second;
+        auto& index = g_.index_;
+        if (g_.pointeurs_.size() * 2 >= index.size()) agrandit();
+        const std::uint64_t h = hachage(texte);
+        const auto haut = static_cast<std::uint32_t>(h >> 32);
+        const std::size_t masque = index.size() - 1;
+        std::size_t k = static_cast<std::size_t>(h) & masque;
+        for (; index[k].first != 0; k = (k + 1) & masque) {
+            if (index[k].second != haut || g_.textePointeur(index[k].first) != texte) continue;
+            auto& p = g_.pointeurs_[index[k].first];
+            if (usage && p.premierUsage == 0) p.premierUsage = r_.lignes;
+            return index[k].first;
+        }
+        const auto numero = static_cast<std::uint32_t>(g_.pointeurs_.size());
+        index[k] = {numero, haut};
+        // The texts come from lines of a file of at most 1 GB: they fit.
+        g_.pointeurs_.push_back({static_cast<std::uint32_t>(g_.textePointeurs_.size()),
+                                 static_cast<std::uint32_t>(texte.size()), 0,
+                                 usage ? r_.lignes : 0});
+        g_.textePointeurs_ += texte;
+        return numero;
+    }
+    void agrandit() {
+        std::vector<std::pair<std::uint32_t, std::uint32_t>> neuf(
+            std::max<std::size_t>(1024, g_.index_.size() * 2));
+        const std::size_t masque = neuf.size() - 1;
+        for (std::uint32_t p = 1; p < g_.pointeurs_.size(); ++p) {
+            const std::uint64_t h = hachage(g_.textePointeur(p));
+            std::size_t k = static_cast<std::size_t>(h) & masque;
+            while (neuf[k].first != 0)
+                k = (k + 1) & masque;
+            neuf[k] = {p, static_cast<std::uint32_t>(h >> 32)};
+        }
+        g_.index_.swap(neuf);
     }
 
     // Windows-1252 text of the file's bytes, with "@@" read as "@".
@@ -540,8 +604,8 @@ class LecteurGedcom {
         }
     }
 
-    // ANSEL: a mark before a letter with no composed form in Windows-1252
-    // is lost, and the bare letter stands for the character.
+    // ANSEL: a mark that Unicode has not, one before another mark and one
+    // ending the text are lost; the bare letter stands for the character.
     void compteMarquesPerdues(std::string_view s) {
         for (std::size_t i = 0; i < s.size(); ++i) {
             const unsigned char m = octet(s[i]);
@@ -587,7 +651,7 @@ class LecteurGedcom {
             auto& c = compte(Anomalie::PointeurOrphelin);
             ++c.nombre;
             if (c.exemples.size() < NombreExemples)
-                c.exemples.push_back({ptr.premierUsage, *ptr.texte, 0});
+                c.exemples.push_back({ptr.premierUsage, std::string(g_.textePointeur(p)), 0});
         }
         if (g_.enregistrements_.empty()) {
             if (r_.inexploitable == Inexploitable::Non)
@@ -658,7 +722,9 @@ GedcomLu LitGedcomOctets(std::string_view octets) {
     if (finsDeLigne == 0)
         finsDeLigne = static_cast<std::size_t>(std::count(t.begin(), t.end(), '\r'));
     g.lignes_.reserve(finsDeLigne + 1);
-    g.texte_.reserve(t.size() / 2);
+    // Values are never longer than the lines they come from, but for
+    // characters written as references; the pages not filled cost nothing.
+    g.texte_.reserve(t.size() + 16);
     LecteurGedcom(g, r.encodage).lis(t);
     return g;
 }

@@ -90,16 +90,24 @@ struct RapportGedcom {
 // One line of the file with its CONT and CONC merged into its value. The
 // sub-lines of line i are the lines i+1 to fin-1; its direct sub-lines start
 // at i+1 and each next one at the `fin` of the one before (see SousLignes).
+// A file holds millions of them: the pointer a line defines and the one its
+// value is share one field (GedcomLu::pointeur and GedcomLu::lien), and a
+// tag number too large for 16 bits is kept aside.
 struct LigneGedcom {
     std::uint32_t numero = 0;   // line number in the file, from 1
     std::uint32_t fin = 0;      // index past the last sub-line
-    std::uint32_t tag = 0;      // number in the tag table of the file
-    std::uint32_t pointeur = 0; // the pointer this line defines ("0 @I1@ INDI"), 0 for none
-    std::uint32_t lien = 0;     // the pointer the whole value is ("1 FAMS @F2@"), 0 for none
     std::uint32_t debut = 0;    // the value in the text store
     std::uint32_t longueur = 0;
-    std::uint8_t niveau = 0; // 0 to 5
+    std::uint32_t pointeur = 0; // see `genre`
+    std::uint16_t tag = 0;      // number in the tag table of the file; TagAPart: kept aside
+    std::uint8_t niveau = 0;    // 0 to 5
+    // What `pointeur` is: Aucun, the pointer this line defines ("0 @I1@
+    // INDI"), the one its whole value is ("1 FAMS @F2@"), or the first
+    // with the second kept aside.
+    enum : std::uint8_t { Aucun, Definit, Lien, Deux } genre = Aucun;
+    static constexpr std::uint16_t TagAPart = 0xFFFF;
 };
+static_assert(sizeof(LigneGedcom) == 24);
 
 class GedcomLu;
 
@@ -138,7 +146,7 @@ class GedcomLu {
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
     GedcomLu() = default;
-    // Moves only: the pointer table refers to the keys of the hash table.
+    // Moves only: a read file is large.
     GedcomLu(GedcomLu&&) = default;
     GedcomLu& operator=(GedcomLu&&) = default;
     GedcomLu(const GedcomLu&) = delete;
@@ -150,7 +158,7 @@ class GedcomLu {
     const std::vector<std::uint32_t>& enregistrements() const { return enregistrements_; }
     SousLignes sousLignes(std::size_t i) const { return {&lignes_, i + 1, lignes_[i].fin}; }
 
-    std::string_view tag(std::size_t i) const { return tags_[lignes_[i].tag]; }
+    std::string_view tag(std::size_t i) const { return tags_[numeroTagLigne(i)]; }
     std::string_view valeur(std::size_t i) const {
         return std::string_view(texte_).substr(lignes_[i].debut, lignes_[i].longueur);
     }
@@ -161,17 +169,32 @@ class GedcomLu {
     // Level-0 records with that tag.
     std::size_t compte(std::string_view tag) const;
 
+    // The pointer line i defines ("0 @I1@ INDI"), 0 for none.
+    std::uint32_t pointeur(std::size_t i) const {
+        const LigneGedcom& l = lignes_[i];
+        return l.genre == LigneGedcom::Definit || l.genre == LigneGedcom::Deux ? l.pointeur : 0;
+    }
+    // The pointer the whole value of line i is ("1 FAMS @F2@"), 0 for none.
+    std::uint32_t lien(std::size_t i) const {
+        const LigneGedcom& l = lignes_[i];
+        if (l.genre == LigneGedcom::Lien) return l.pointeur;
+        return l.genre == LigneGedcom::Deux ? aPart(liensAPart_, i) : 0;
+    }
+
     // Pointers are numbered from 1 in order of first sight.
     std::size_t nombrePointeurs() const { return pointeurs_.size() - 1; }
     // The text between the "@", e.g. "I12".
-    std::string_view textePointeur(std::uint32_t p) const { return *pointeurs_[p].texte; }
+    std::string_view textePointeur(std::uint32_t p) const {
+        return std::string_view(textePointeurs_).substr(pointeurs_[p].debut, pointeurs_[p].longueur);
+    }
     // The index of the line that defines pointer p, or npos.
     std::size_t definition(std::uint32_t p) const {
         return pointeurs_[p].definition == 0 ? npos : pointeurs_[p].definition - 1;
     }
     // The record a value such as "@F2@" points to, or npos.
     std::size_t cible(std::size_t i) const {
-        return lignes_[i].lien == 0 ? npos : definition(lignes_[i].lien);
+        const std::uint32_t p = lien(i);
+        return p == 0 ? npos : definition(p);
     }
     // Pointer number of a text such as "I12", 0 when the file has none such.
     std::uint32_t numeroPointeur(std::string_view texte) const;
@@ -183,17 +206,28 @@ class GedcomLu {
     friend GedcomLu LitGedcomOctets(std::string_view octets);
     friend GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin);
     struct Pointeur {
-        const std::string* texte = nullptr; // a key of index_
-        std::uint32_t definition = 0;       // line index + 1, 0 for none
-        std::uint32_t premierUsage = 0;     // line number of the first use
+        std::uint32_t debut = 0, longueur = 0; // the text in textePointeurs_
+        std::uint32_t definition = 0;          // line index + 1, 0 for none
+        std::uint32_t premierUsage = 0;        // line number of the first use
     };
+    // Values of the few lines that don't fit a LigneGedcom, by line index.
+    using APart = std::vector<std::pair<std::uint32_t, std::uint32_t>>;
+    static std::uint32_t aPart(const APart& a, std::size_t i);
+    std::uint32_t numeroTagLigne(std::size_t i) const {
+        const std::uint16_t t = lignes_[i].tag;
+        return t == LigneGedcom::TagAPart ? aPart(tagsAPart_, i) : t;
+    }
     std::vector<LigneGedcom> lignes_;
     std::vector<std::uint32_t> enregistrements_;
     std::string texte_;
     std::vector<std::string> tags_{std::string()};
     std::unordered_map<std::string, std::uint32_t> numerosTags_;
     std::vector<Pointeur> pointeurs_{Pointeur{}};
-    std::unordered_map<std::string, std::uint32_t> index_;
+    std::string textePointeurs_;
+    // Open addressing over the pointer numbers: a slot holds the number
+    // and the high bits of its text's hash, 0 when free.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> index_;
+    APart tagsAPart_, liensAPart_; // in order of line index
     RapportGedcom rapport_;
 };
 
