@@ -14,6 +14,7 @@
 #include <array>
 #include <cctype>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace sylvane {
@@ -192,10 +193,27 @@ class Importeur {
     // The held form of the date of line x; a date that it does not write
     // back as the file has it also goes into the note, after `libelle`.
     DateTenue Date(std::size_t x, bool& ok, std::string& note, std::string_view libelle) {
-        bool exacte = true;
-        DateTenue d = DateTenueDe(g_.valeur(x), ok, &exacte);
-        if (ok && !exacte) Ajoute(note, Conv_LibelleTag(libelle) + " : " + Valeur(x));
-        return d;
+        const std::string_view v = g_.valeur(x);
+        auto it = dates_.find(v);
+        if (it == dates_.end()) {
+            // The same dates come back from person to person.
+            if (dates_.size() >= kMemoire) dates_.clear();
+            DateLue l;
+            l.d = DateTenueDe(v, l.ok, &l.exacte);
+            it = dates_.emplace(std::string(v), std::move(l)).first;
+        }
+        ok = it->second.ok;
+        if (ok && !it->second.exacte) Ajoute(note, Libelle(libelle) + " : " + Valeur(x));
+        return it->second.d;
+    }
+    // The label of a tag in the user's language, worked out once.
+    const std::string& Libelle(std::string_view tag) {
+        auto it = libelles_.find(tag);
+        if (it == libelles_.end()) {
+            if (libelles_.size() >= kMemoire) libelles_.clear();
+            it = libelles_.emplace(std::string(tag), Conv_LibelleTag(tag)).first;
+        }
+        return it->second;
     }
 
     // --- Lines kept in a note
@@ -204,7 +222,7 @@ class Importeur {
         if (compter && !TagGedcom55(tag)) Exemple(r_.tagsEnNote, g_.ligne(i).numero, std::string(tag));
         (void)profondeur; // the reader trims values, so depth is not shown
         std::string l;
-        std::string libelle = Conv_LibelleTag(tag);
+        std::string libelle = Libelle(tag);
         l += libelle;
         // A pointer is kept as its name, without the "@" that would make a
         // pointer of it again.
@@ -228,7 +246,7 @@ class Importeur {
             const std::size_t t = g_.sousLigne(r, "TITL");
             titre = t != GedcomLu::npos ? Valeur(t) : Valeur(r);
         }
-        Ajoute(note, Conv_LibelleTag("SOUR") + (titre.empty() ? "" : " : " + titre.substr(0, titre.find('\r'))));
+        Ajoute(note, Libelle("SOUR") + (titre.empty() ? "" : " : " + titre.substr(0, titre.find('\r'))));
         Ajoute(note, sous);
     }
     // An event with no rubric to hold it, as one line of the note:
@@ -365,10 +383,10 @@ class Importeur {
                     } else {
                         std::string sous;
                         EnNote(sous, x, 1, true);
-                        Ajoute(note, Conv_LibelleTag(tag) + kCrLf.data() + sous);
+                        Ajoute(note, Libelle(tag) + kCrLf.data() + sous);
                     }
                 }
-            } else if (tag == "SOUR" && g_.ligne(s).lien) {
+            } else if (tag == "SOUR" && g_.lien(s)) {
                 // The citation is made in pass 2; what it says of the source
                 // (PAGE, DATA, NOTE, QUAY) stays in the note under its title.
                 Citation(note, s);
@@ -382,7 +400,7 @@ class Importeur {
             } else if (Parmi(kRubriquesPersonne, tag) || tag == "BAPM") {
                 // A baptism and a christening share one rubric.
                 std::string t(tag == "BAPM" ? "CHR" : tag);
-                std::string libelle = Conv_LibelleTag(t);
+                std::string libelle = Libelle(t);
                 DateTenue d;
                 std::string valeur = Valeur(s), dateTexte, reste;
                 bool dateOk = true;
@@ -415,7 +433,7 @@ class Importeur {
                     Ajoute(note, LigneEvenement(libelle, dateTexte, valeur));
                     if (!reste.empty()) Ajoute(note, reste);
                 } else if (!reste.empty()) {
-                    Ajoute(note, Conv_LibelleTag(t) + kCrLf.data() + reste);
+                    Ajoute(note, Libelle(t) + kCrLf.data() + reste);
                 }
             } else if (tag == "AGE") {
                 Ajoute(note, DecodeAge(g_.valeur(s)));
@@ -673,7 +691,7 @@ class Importeur {
             if (tag == "HUSB" || tag == "WIFE") {
                 const std::size_t age = g_.sousLigne(s, "AGE");
                 if (age != GedcomLu::npos)
-                    Ajoute(note, Conv_LibelleTag(tag) + " : " + DecodeAge(g_.valeur(age)));
+                    Ajoute(note, Libelle(tag) + " : " + DecodeAge(g_.valeur(age)));
             } else if (tag == "CHIL" || Parmi(kIgnores, tag)) {
             } else if (tag == "MARR" && d.annee.empty() && d.jourMois.empty() && lieu.empty()) {
                 for (std::size_t x : g_.sousLignes(s)) {
@@ -711,7 +729,7 @@ class Importeur {
                 if (ok && k >= 0 && !rubriques[k].rempli) {
                     rubriques[k] = {dt.jourMois, dt.annee, v, true};
                     if (!dateNote.empty()) Ajoute(note, dateNote);
-                    if (!reste.empty()) Ajoute(note, Conv_LibelleTag(tag) + std::string(kCrLf) + reste);
+                    if (!reste.empty()) Ajoute(note, Libelle(tag) + std::string(kCrLf) + reste);
                 } else {
                     EnNote(note, s, 0, false);
                 }
@@ -729,9 +747,9 @@ class Importeur {
                     }
                     SousLignesEnNote(reste, x);
                 }
-                Ajoute(note, LigneEvenement(type.empty() ? Conv_LibelleTag(tag) : type, date, valeur));
+                Ajoute(note, LigneEvenement(type.empty() ? Libelle(tag) : type, date, valeur));
                 if (!reste.empty()) Ajoute(note, reste);
-            } else if (tag == "NOTE" && g_.ligne(s).lien) {
+            } else if (tag == "NOTE" && g_.lien(s)) {
                 if (std::uint32_t doc = Numero(s, 'D')) Ajoute(note, b_.TitreDoc(doc));
             } else if (tag == "NOTE") {
                 Ajoute(note, Valeur(s));
@@ -826,6 +844,17 @@ class Importeur {
     std::vector<std::uint32_t> numeros_;
     std::vector<char> genres_;
     std::vector<std::size_t> docsPasse2_;
+    struct Hachage {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
+    };
+    struct DateLue {
+        DateTenue d;
+        bool ok = true, exacte = true;
+    };
+    static constexpr std::size_t kMemoire = 100000;
+    std::unordered_map<std::string, DateLue, Hachage, std::equal_to<>> dates_;
+    std::unordered_map<std::string, std::string, Hachage, std::equal_to<>> libelles_;
     std::size_t fait_ = 0;
     bool nonTrie_ = false;
     bool soumetteurLu_ = false;
