@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 
 namespace sylvane {
 namespace {
@@ -46,10 +47,22 @@ std::string Octets(const std::vector<std::uint32_t>& v) {
 
 } // namespace
 
-// A person in a batch list, with its birth key.
+// A batch: for each symbol + word, its persons in order of arrival, each
+// with the number of its birth key (a million persons share a few
+// thousand keys).
 struct Base::Lot {
+    using Personnes = std::vector<std::pair<std::uint32_t, std::uint32_t>>; // (key, person)
     std::map<std::uint32_t, char> symboles; // rubric number -> symbol
-    std::map<std::string, std::vector<std::pair<std::string, std::uint32_t>>> mots;
+    std::unordered_map<std::string, Personnes> mots;
+    std::vector<std::string> cles;
+    std::unordered_map<std::string, std::uint32_t> numerosCles;
+    std::string mot; // the symbol + word being looked up
+
+    std::uint32_t NumeroCle(const std::string& cle) {
+        const auto [it, nouvelle] = numerosCles.try_emplace(cle, static_cast<std::uint32_t>(cles.size()));
+        if (nouvelle) cles.push_back(cle);
+        return it->second;
+    }
 };
 
 std::vector<std::string> Base::MotsNote(std::string_view note, char symbole) {
@@ -306,11 +319,16 @@ void Base::DebutLot() {
 void Base::AjoutLot(std::uint32_t n, std::string_view note) {
     if (!lot_ || n == 0) return;
     const std::string texte = SansRtf(note);
-    const std::string cle = CleAnNaiss(n);
-    for (const auto& [k, symbole] : lot_->symboles) {
+    Lot& lot = *lot_;
+    const std::uint32_t cle = lot.NumeroCle(CleAnNaiss(n));
+    for (const auto& [k, symbole] : lot.symboles) {
         for (const auto& mot : MotsNote(texte, symbole)) {
             // Ordered by birth key at the end of the batch.
-            lot_->mots[std::string(1, symbole) + mot].emplace_back(cle, n);
+            lot.mot.assign(1, symbole);
+            lot.mot += mot;
+            auto it = lot.mots.find(lot.mot);
+            if (it == lot.mots.end()) it = lot.mots.emplace(lot.mot, Lot::Personnes{}).first;
+            it->second.emplace_back(cle, n);
         }
     }
 }
@@ -320,7 +338,9 @@ void Base::RetireLot(std::uint32_t n, std::string_view note) {
     const std::string texte = SansRtf(note);
     for (const auto& [k, symbole] : lot_->symboles) {
         for (const auto& mot : MotsNote(texte, symbole)) {
-            auto it = lot_->mots.find(std::string(1, symbole) + mot);
+            lot_->mot.assign(1, symbole);
+            lot_->mot += mot;
+            auto it = lot_->mots.find(lot_->mot);
             if (it == lot_->mots.end()) continue;
             auto& personnes = it->second;
             // The latest entry of n: the one its AjoutLot made.
@@ -337,17 +357,29 @@ void Base::RetireLot(std::uint32_t n, std::string_view note) {
 void Base::FinLot() {
     if (!lot_) return;
     auto lot = std::move(lot_);
-    // Each word's persons by birth key, ties in order of arrival.
-    for (auto& [mot, personnes] : lot->mots)
+    // The birth keys by rank, so that persons compare by number.
+    std::vector<std::uint32_t> ordre(lot->cles.size()), rang(lot->cles.size());
+    for (std::uint32_t c = 0; c < ordre.size(); ++c) ordre[c] = c;
+    std::sort(ordre.begin(), ordre.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return lot->cles[a] < lot->cles[b]; });
+    for (std::uint32_t r = 0; r < ordre.size(); ++r) rang[ordre[r]] = r;
+    // Each word's persons by birth key, ties in order of arrival; the
+    // words in order.
+    std::vector<std::pair<const std::string*, const Lot::Personnes*>> mots;
+    mots.reserve(lot->mots.size());
+    for (auto& [mot, personnes] : lot->mots) {
         std::stable_sort(personnes.begin(), personnes.end(),
-                         [](const auto& a, const auto& b) { return a.first < b.first; });
+                         [&](const auto& a, const auto& b) { return rang[a.first] < rang[b.first]; });
+        mots.emplace_back(&mot, &personnes);
+    }
+    std::sort(mots.begin(), mots.end(), [](const auto& a, const auto& b) { return *a.first < *b.first; });
     for (const auto& [k, symbole] : lot->symboles) {
         const std::string avant = ListeRubrique(k);
         std::string sortie;
-        const std::string prefixe(1, symbole);
-        auto j = lot->mots.lower_bound(prefixe);
         const char sym = symbole; // a lambda may not name a structured binding (clang 14)
-        auto finLot = [&] { return j == lot->mots.end() || j->first[0] != sym; };
+        auto j = std::lower_bound(mots.begin(), mots.end(), std::string(1, sym),
+                                  [](const auto& m, const std::string& p) { return *m.first < p; });
+        auto finLot = [&] { return j == mots.end() || (*j->first)[0] != sym; };
         std::size_t i = 0;
         const std::size_t nb = avant.size() / 4;
         while (i < nb || !finLot()) {
@@ -358,15 +390,15 @@ void Base::FinLot() {
             else if (finLot())
                 c = -1;
             else
-                c = LitMot(e).compare(j->first.substr(1));
+                c = LitMot(e).compare(j->first->substr(1));
             if (c < 0) {
                 sortie += Pack4(e);
                 ++i;
                 continue;
             }
-            const auto& neufs = j->second;
+            const auto& neufs = *j->second;
             if (c > 0) {
-                const std::string mot = j->first.substr(1);
+                const std::string mot = j->first->substr(1);
                 if (progres_) progres_("", "Ajout " + mot);
                 std::string l;
                 for (const auto& p : neufs)
@@ -375,14 +407,14 @@ void Base::FinLot() {
                 ++j;
                 continue;
             }
-            if (progres_) progres_("", "Mise \xE0 jour " + j->first.substr(1));
+            if (progres_) progres_("", "Mise \xE0 jour " + j->first->substr(1));
             // Merge of two lists sorted by birth key; on a tie the old first.
             std::vector<std::uint32_t> vieux = Nombres(PersonnesMot(e));
             std::string l;
             std::size_t a = 0, b = 0;
             std::string cleA = a < vieux.size() ? CleAnNaiss(vieux[a]) : "";
             while (a < vieux.size() || b < neufs.size()) {
-                if (b >= neufs.size() || (a < vieux.size() && !(cleA > neufs[b].first))) {
+                if (b >= neufs.size() || (a < vieux.size() && !(cleA > lot->cles[neufs[b].first]))) {
                     l += Pack4(vieux[a++]);
                     if (a < vieux.size()) cleA = CleAnNaiss(vieux[a]);
                 } else {
