@@ -119,6 +119,8 @@ class Importeur {
         numeros_.assign(g_.nombrePointeurs() + 1, 0);
         genres_.assign(g_.nombrePointeurs() + 1, 0);
         b_.DebutLot();
+        // The persons are sorted at the end: each is not placed on its own.
+        b_.DiffereRangement();
         Passe1();
         if (!r_.arrete) Passe2();
         Ascendance();
@@ -816,14 +818,18 @@ class Importeur {
 
     void Fin() {
         Questions* q = o_.questions;
+        // The sort orders the whole table; without it, the persons take
+        // their places now.
         if (nonTrie_ && !r_.arrete) {
-            if (!q || q->OuiNon(QuestionTri)) {
-                TriStable();
-                r_.trie = true;
-            }
+            r_.trie = !q || q->OuiNon(QuestionTri);
+            b_.RangeDifferes(!r_.trie);
+            if (r_.trie) TriStable();
         } else if (!r_.arrete) {
             // Already in the order of the keys: only equal keys move.
+            b_.RangeDifferes(false);
             TriStable();
+        } else {
+            b_.RangeDifferes(true);
         }
         TriStableDocsEtEvts();
         // A stopped import is dropped by its caller: nothing more is asked.

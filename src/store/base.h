@@ -347,6 +347,12 @@ class Base {
     void TriTable(const std::function<bool(std::size_t, std::size_t)>& progres = {});
     // Replaces the number at place i; a table too short gets it in front.
     void PlaceTriFiche(std::size_t i, std::uint32_t n);
+    // An import that sorts the whole table at its end: until RangeDifferes,
+    // new persons go to the end of the table instead of to their place.
+    void DiffereRangement() { differeDepuis_ = entete_.nbPersonnes + 1; }
+    // Ends that: with `ranger`, each person made since goes where its
+    // creation would have put it, in the order they were made.
+    void RangeDifferes(bool ranger);
     bool triPersonnesModifie = false;
     bool triDocumentsModifie = false;
     bool triEvenementsModifie = false;
@@ -652,6 +658,7 @@ class Base {
     std::size_t clesVivantes_ = 0;
     std::string cleHorsCache_;
     std::uint32_t dernierePlace_ = 1;
+    std::uint32_t differeDepuis_ = 0; // first place of the persons not yet placed, 0 for none
 
     std::array<Slot, 20> slots_;
     std::array<int, 20> ordre_{};

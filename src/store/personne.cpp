@@ -623,7 +623,7 @@ std::uint32_t Base::CreePersonne(std::string_view nom, std::string_view prenom,
     EcritListe(n, oLiens, "", cacheLiens_);
     EcritListe(n, oEvts, "", cacheEvts_);
     EcritListeDocs(n, "");
-    std::uint32_t place = PlaceFiche(n);
+    std::uint32_t place = differeDepuis_ ? entete_.nbPersonnes + 1 : PlaceFiche(n);
     entete_.nbPersonnes += 1;
     MajTriFiche(place, n, 'A');
     triPersonnesModifie = true;

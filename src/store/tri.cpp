@@ -100,6 +100,25 @@ std::uint32_t Base::PlaceFiche(std::uint32_t n) {
     return static_cast<std::uint32_t>(milieu);
 }
 
+void Base::RangeDifferes(bool ranger) {
+    const std::uint32_t depuis = differeDepuis_;
+    differeDepuis_ = 0;
+    if (!ranger || depuis == 0) return;
+    std::vector<std::uint32_t> v = triPersonnes_.versVecteur();
+    if (depuis > v.size()) return;
+    const std::vector<std::uint32_t> nouveaux(v.begin() + depuis - 1, v.end());
+    v.resize(depuis - 1);
+    triPersonnes_.depuisVecteur(v);
+    const std::uint32_t total = entete_.nbPersonnes;
+    entete_.nbPersonnes = depuis - 1;
+    for (std::uint32_t n : nouveaux) {
+        triPersonnes_.inserer(PlaceFiche(n), n);
+        ++entete_.nbPersonnes;
+    }
+    entete_.nbPersonnes = total;
+    triPersonnesModifie = true;
+}
+
 std::uint32_t Base::TrouvePlaceFiche(std::uint32_t n) {
     const std::size_t nb = triPersonnes_.taille();
     if (n == 0 || nb == 0) return 0;
