@@ -122,6 +122,8 @@ void FrmMisajour::Charge() {
             r.date = s.drapeau == '1';
             const std::uint32_t k = b.RubriqueDeSymbole(s.symbole);
             r.libelle = k ? b.LibelleRubrique(k) : "";
+            // The stored label starts with the rubric's symbol.
+            if (!r.libelle.empty() && r.libelle[0] == s.symbole) r.libelle.erase(0, 1);
             if (r.libelle.empty()) r.libelle = Conv_LibelleTag(s.tag);
             out.push_back(std::move(r));
         }
