@@ -27,12 +27,6 @@ bool tagConnu(std::string_view t) {
     return std::find(std::begin(kTags55), std::end(kTags55), t) != std::end(kTags55);
 }
 
-// The Unicode combining marks of the ANSEL mark bytes 0xE0 to 0xFE.
-constexpr char32_t kMarquesAnsel[31] = {
-    0x0309, 0x0300, 0x0301, 0x0302, 0x0303, 0x0304, 0x0306, 0x0307, 0x0308, 0x030C, 0x030A,
-    0xFE20, 0xFE21, 0x0315, 0x030B, 0x0310, 0x0327, 0x0328, 0x0323, 0x0324, 0x0325, 0x0333,
-    0x0332, 0x0326, 0x031C, 0x032E, 0xFE22, 0xFE23, 0x003F, 0x003F, 0x0313};
-
 bool estBlanc(char c) {
     return c == ' ' || c == '\t';
 }
@@ -596,7 +590,7 @@ class LecteurGedcom {
             break;
         case Encodage::Ansel:
             compteMarquesPerdues(brut);
-            sortie += Conv_AnselVersAnsi(brut);
+            sortie += Conv_AnselVersAnsiRef(brut);
             break;
         default:
             // Characters Windows-1252 can't hold are kept as references.
@@ -613,12 +607,12 @@ class LecteurGedcom {
             const bool seule = i + 1 == s.size() || octet(s[i + 1]) >= 0xE0;
             std::string r;
             if (!seule) {
+                if (MarqueAnselGardee(m, octet(s[i + 1]))) continue; // kept with its letter
                 const char paire[2] = {s[i], s[i + 1]};
                 r = Conv_AnselVersAnsi(std::string_view(paire, 2));
-                if (r.size() != 1 || r[0] != s[i + 1]) continue;
             }
             ++compte(Anomalie::CaractereRemplace).nombre;
-            exemple(Anomalie::CaractereRemplace, r, kMarquesAnsel[m - 0xE0]);
+            exemple(Anomalie::CaractereRemplace, r, MarqueAnsel(m));
         }
     }
 

@@ -230,6 +230,46 @@ std::string Conv_AnselVersAnsi(std::string_view texte) {
     return r;
 }
 
+char32_t MarqueAnsel(unsigned char b) {
+    static constexpr char32_t kMarques[31] = {
+        0x0309, 0x0300, 0x0301, 0x0302, 0x0303, 0x0304, 0x0306, 0x0307, 0x0308, 0x030C, 0x030A,
+        0xFE20, 0xFE21, 0x0315, 0x030B, 0x0310, 0x0327, 0x0328, 0x0323, 0x0324, 0x0325, 0x0333,
+        0x0332, 0x0326, 0x031C, 0x032E, 0xFE22, 0xFE23, 0x003F, 0x003F, 0x0313};
+    return estMarque(b) ? kMarques[b - 224] : 0;
+}
+
+bool MarqueAnselGardee(unsigned char marque, unsigned char suivant) {
+    const TablesAnsel& t = tAnsel();
+    if (!estMarque(marque) || estMarque(suivant)) return false;
+    if (t.compose[marque][suivant] != 0) return true;
+    const unsigned char l = t.lit[suivant];
+    const bool lettre = (l >= 'A' && l <= 'Z') || (l >= 'a' && l <= 'z') ||
+                        (l >= 0xC0 && l != 0xD7 && l != 0xF7);
+    return lettre && MarqueAnsel(marque) != U'?';
+}
+
+std::string Conv_AnselVersAnsiRef(std::string_view texte) {
+    const TablesAnsel& t = tAnsel();
+    std::string r;
+    r.reserve(texte.size());
+    for (std::size_t i = 0; i < texte.size(); ++i) {
+        const unsigned char m = octet(texte[i]);
+        const bool paire = estMarque(m) && i + 1 < texte.size() && !estMarque(octet(texte[i + 1]));
+        const unsigned char b = paire ? octet(texte[i + 1]) : 0;
+        if (!paire || t.compose[m][b] != 0 || !MarqueAnselGardee(m, b)) {
+            // What the reading above does, one byte or one pair at a time.
+            r += Conv_AnselVersAnsi(texte.substr(i, paire ? 2 : 1));
+            i += paire ? 1 : 0;
+            continue;
+        }
+        std::string lettre = AnsiVersUtf8(std::string(1, static_cast<char>(t.lit[b])));
+        AjouteUtf8(lettre, MarqueAnsel(m));
+        r += Utf8VersAnsiRef(lettre);
+        ++i;
+    }
+    return r;
+}
+
 std::string Conv_AnsiVersHtml(std::string_view texte) {
     std::string r;
     r.reserve(texte.size() + texte.size() / 4);

@@ -40,6 +40,18 @@ std::string Conv_AnsiVersAnsel(std::string_view texte);
 // alone and the mark is lost, as is a mark at the end of the text. A mark
 // followed by a mark: the first is lost, the second waits.
 std::string Conv_AnselVersAnsi(std::string_view texte);
+// The same, keeping every character: a mark before a letter that has no
+// composed form for it in Windows-1252 makes with it the reference of the
+// letter Unicode composes ("&#7843;" for a hook above "a"), or stays beside
+// the letter as its own reference. A mark that Unicode has not, one before
+// another mark or a sign, and one ending the text are lost, as above.
+std::string Conv_AnselVersAnsiRef(std::string_view texte);
+// Whether Conv_AnselVersAnsiRef keeps the mark byte `marque` before the
+// byte `suivant`.
+bool MarqueAnselGardee(unsigned char marque, unsigned char suivant);
+// The Unicode combining mark of an ANSEL mark byte (224 to 254), "?" for
+// the marks Unicode has not; 0 for any other byte.
+char32_t MarqueAnsel(unsigned char octet);
 
 // The named entities of HTML 2.0: "&copy;", "&amp;", "&lt;", "&gt;" and the
 // Latin-1 letters "&Agrave;" to "&yuml;". Departures: "Ï" and "õ" stay as
