@@ -130,18 +130,19 @@ TEST_F(Fiche, LoadsFieldsListsAndFamilyCodes) {
 
 TEST_F(Fiche, ValidationWritesIdentityYearsTextAndMovesTheChild) {
     auto& s1 = Ouvre(paul);
-    s1.Modifie(Champ::Nom, "PETIT;Paul;Marie");
+    // A name kept as references ("Зыков") splits beside them.
+    s1.Modifie(Champ::Nom, "&#1047;&#1099;&#1082;&#1086;&#1074;;Paul;Marie");
     s1.Modifie(Champ::Prenom, "");
     s1.Modifie(Champ::JNaiss, "12/5");
     s1.Quitte(Champ::JNaiss);
     s1.Modifie(Champ::Naiss, "1878"); // now before Jean
-    s1.Modifie(Champ::LieuNaiss, "Saint Lo");
+    s1.Modifie(Champ::LieuNaiss, "Saint Lo #2");
     s1.Modifie(Champ::IndL, "laboureur", 0);
     EXPECT_TRUE(f->fichePendante);
     ASSERT_TRUE(s1.C_Maj_Click());
-    EXPECT_EQ(b().LitIdentite(paul), "PETIT;Paul;Marie;12/5;");
+    EXPECT_EQ(b().LitIdentite(paul), "&#1047;&#1099;&#1082;&#1086;&#1074;;Paul;Marie;12/5;");
     EXPECT_EQ(b().LitAnNaiss(paul), "1878");
-    EXPECT_EQ(b().LieuNaiss(paul), "Saint Lo");
+    EXPECT_EQ(b().LieuNaiss(paul), "Saint Lo #2");
     EXPECT_NE(b().LitNote(paul).find("OCCU \\laboureur"), std::string::npos);
     // Rose's list is by birth year again.
     EXPECT_EQ(b().EnfantNo(rose, 1), paul);

@@ -22,7 +22,7 @@ constexpr int kMaxListe = 200;
 constexpr std::size_t kHistorique = 10;
 const char* const kLettres = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ";
 
-// A base text ends at "#": the character can't be kept in a value.
+// A day or a year has no use for "#"; a place or a note keeps it.
 std::string SansDiese(std::string s) {
     std::replace(s.begin(), s.end(), '#', ' ');
     return s;
@@ -479,23 +479,22 @@ void FrmMisajour::SelectionneLien(int rang) {
 std::string FrmMisajour::TextePersonne() {
     std::array<ValeurRubrique, 10> v{};
     for (std::size_t i = 0; i < rubInd_.size() && i < v.size(); ++i)
-        v[i] = {SansDiese(rubInd_[i].jour), SansDiese(rubInd_[i].annee), SansDiese(rubInd_[i].lieu)};
-    std::string t = B().LigneMotsCles(personne_, Trim(SansDiese(lieuNaiss_)),
-                                      Trim(SansDiese(lieuDeces_))) +
+        v[i] = {SansDiese(rubInd_[i].jour), SansDiese(rubInd_[i].annee), rubInd_[i].lieu};
+    std::string t = B().LigneMotsCles(personne_, Trim(lieuNaiss_), Trim(lieuDeces_)) +
                     LignesRubriques(B().Tete().rubriquesPersonne, v);
-    if (!note_.empty()) t += "\r\n\r\n" + SansDiese(note_);
+    if (!note_.empty()) t += "\r\n\r\n" + note_;
     return t;
 }
 
 std::string FrmMisajour::TexteMariage() {
     std::string t = JourConverti(SansDiese(jMar_));
-    const std::string lieu = Trim(SansDiese(lieuMar_));
+    const std::string lieu = Trim(lieuMar_);
     if (!lieu.empty()) t += " @" + VersPoints(lieu);
     std::array<ValeurRubrique, 10> v{};
     for (std::size_t i = 0; i < rubMar_.size() && i < v.size(); ++i)
-        v[i] = {SansDiese(rubMar_[i].jour), SansDiese(rubMar_[i].annee), SansDiese(rubMar_[i].lieu)};
+        v[i] = {SansDiese(rubMar_[i].jour), SansDiese(rubMar_[i].annee), rubMar_[i].lieu};
     t += LignesRubriques(B().Tete().rubriquesMariage, v);
-    if (!noteMar_.empty()) t += "\r\n\r\n" + SansDiese(noteMar_);
+    if (!noteMar_.empty()) t += "\r\n\r\n" + noteMar_;
     return t;
 }
 
@@ -578,8 +577,7 @@ bool FrmMisajour::C_Maj_Click() {
 
     // Identity text, written at every validation.
     const std::string jn = JourConverti(SansDiese(jNaiss_)), jd = JourConverti(SansDiese(jDeces_));
-    std::string identite = Trim(SansDiese(nom_)) + ";" + Trim(SansDiese(prenom_)) + ";" +
-                           Trim(SansDiese(autres_));
+    std::string identite = Trim(nom_) + ";" + Trim(prenom_) + ";" + Trim(autres_);
     if (!jn.empty() || !jd.empty()) identite += ";" + jn + ";" + jd;
     b.EcritIdentite(n, identite);
     const char mode = b.Tete().modeTri;
