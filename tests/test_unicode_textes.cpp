@@ -11,6 +11,8 @@
 #include "store/fichier_memoire.h"
 #include "support/dossier_temp.h"
 #include "support/lance_cli.h"
+#include "text/mots.h"
+#include "text/phonetique.h"
 #include "text/reglages.h"
 #include "text/utf8.h"
 
@@ -147,6 +149,9 @@ TEST(UnicodeTextes, LeFichierDEchangeRendLesTextes) {
 TEST(UnicodeTextes, CeQueLUtilisateurTapeGardeChaqueCaractere) {
     EXPECT_EQ(Utf8VersAnsiRef("n\xCC\x81 e\xCC\x81 &#1047; & #"), "&#324; \xE9 &#38;#1047; & #");
     EXPECT_EQ(AnsiRefVersUtf8(Utf8VersAnsiRef("&#1047; &#38;")), "&#1047; &#38;");
+    // The case rules of the settings leave a reference whole.
+    EXPECT_EQ(Conv_NomPropre(kZykovRef + " DE LA fontaine", 'N', ParticulesParDefaut()),
+              kZykovRef + " de la Fontaine");
     // The earlier conversion for what has no room for references.
     EXPECT_EQ(Utf8VersAnsi(kZykov + " &#"), "????? &#");
 

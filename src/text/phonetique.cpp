@@ -186,7 +186,9 @@ std::string Conv_NomPropre(std::string_view nom, char genre,
     r += ' ';
     for (std::size_t i = 0; i < r.size(); ++i)
         r[i] = i == 0 || separateurNom(r[i - 1]) ? Majuscule(r[i]) : Minuscule(r[i]);
-    const std::string cle = CleMot(r);
+    // Byte for byte, so that places match: a reference keeps its length.
+    std::string cle(r.size(), ' ');
+    for (std::size_t i = 0; i < r.size(); ++i) cle[i] = CleCar(r[i]);
     for (const auto& p : particules) {
         if (p.texte.empty() || !(genre == 'N' ? p.nom : genre == 'P' ? p.prenom : false)) continue;
         const std::string cp = CleMot(p.texte);
