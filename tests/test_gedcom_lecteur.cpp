@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 using namespace sylvane;
@@ -397,6 +398,36 @@ TEST(GedcomFichiers, ReadThroughTheFileLayer) {
     EXPECT_TRUE(g.rapport().vide());
     EXPECT_EQ(g.rapport().lignes, 3u);
     EXPECT_THROW(LitGedcom(fs, "/absent.ged"), ErreurES);
+}
+
+// A file is read a megabyte at a time: a line end, a UTF-8 character and a
+// line over the length limit that straddle the edges of the pieces read
+// as they would whole.
+TEST(GedcomFichiers, NothingIsCutAtTheEdgesOfThePiecesRead) {
+    const std::size_t piece = std::size_t{1} << 20;
+    std::string f = "0 HEAD\r\n1 CHAR ANSI\r\n0 @N1@ NOTE debut";
+    f += "\r\n1 CONT ";
+    f.append(piece - 1 - f.size(), 'x'); // "\r" ends the first piece, "\n" starts the second
+    f += "\r\n1 CONT ";
+    f.append(2 * piece - 1 - f.size(), 'y');
+    f += "\xC3\xA9"; // across the second edge
+    f += "\r\n1 CONT ";
+    f.append(LongueurMaxLigne + piece, 'z');
+    f += "\r\n0 TRLR\r\n";
+    SystemeMemoire fs;
+    ecrireTout(fs, "/pieces.ged", f);
+    const GedcomLu g = LitGedcom(fs, "/pieces.ged");
+    const auto& r = g.rapport();
+    EXPECT_EQ(r.encodage, Encodage::Utf8);
+    EXPECT_EQ(r.lignes, 7u);
+    EXPECT_EQ(nombre(g, Anomalie::LigneTropLongue), 1u);
+    EXPECT_EQ(nombre(g, Anomalie::SansNiveau), 0u);
+    ASSERT_EQ(g.compte("NOTE"), 1u);
+    const std::string note(g.valeur(g.enregistrements()[1]));
+    EXPECT_NE(note.find("xx\r\nyy"), std::string::npos);
+    EXPECT_NE(note.find("y\xE9\r\nzz"), std::string::npos);
+    EXPECT_EQ(std::count(note.begin(), note.end(), 'z'), LongueurMaxLigne - 7); // after "1 CONT "
+    EXPECT_EQ(toutesLignes(g), toutesLignes(LitGedcomOctets(f)));
 }
 
 TEST(GedcomFichiers, TheSampleFamilyReadsWithNothingToReport) {

@@ -4,6 +4,7 @@
 #include "text/utf8.h"
 
 #include <algorithm>
+#include <functional>
 #include <limits>
 
 namespace sylvane {
@@ -52,46 +53,71 @@ bool toutAscii(std::string_view s) {
     return true;
 }
 
-// True when the text holds at least one byte from 128 up and every such
-// byte belongs to a well-formed UTF-8 sequence.
-bool estUtf8(std::string_view s) {
-    bool multi = false;
-    std::size_t i = 0;
-    const std::size_t n = s.size();
-    while (i < n) {
-        const unsigned char c = octet(s[i]);
-        if (c < 0x80) {
-            ++i;
-            continue;
+// Whether a text holds at least one byte from 128 up and every such byte
+// belongs to a well-formed UTF-8 sequence, given piece by piece: a
+// sequence may straddle two pieces.
+class VerifUtf8 {
+  public:
+    void ajoute(std::string_view piece) {
+        if (!ok_) return;
+        std::string joint;
+        if (!reste_.empty()) {
+            joint = reste_;
+            joint += piece;
+            piece = joint;
+            reste_.clear();
         }
-        std::size_t len;
-        char32_t cp;
-        if (c >= 0xC2 && c <= 0xDF) {
-            len = 2;
-            cp = c & 0x1F;
-        } else if (c >= 0xE0 && c <= 0xEF) {
-            len = 3;
-            cp = c & 0x0F;
-        } else if (c >= 0xF0 && c <= 0xF4) {
-            len = 4;
-            cp = c & 0x07;
-        } else {
-            return false;
+        std::size_t i = 0;
+        const std::size_t n = piece.size();
+        while (i < n) {
+            const unsigned char c = octet(piece[i]);
+            if (c < 0x80) {
+                ++i;
+                continue;
+            }
+            std::size_t len;
+            char32_t cp;
+            if (c >= 0xC2 && c <= 0xDF) {
+                len = 2;
+                cp = c & 0x1F;
+            } else if (c >= 0xE0 && c <= 0xEF) {
+                len = 3;
+                cp = c & 0x0F;
+            } else if (c >= 0xF0 && c <= 0xF4) {
+                len = 4;
+                cp = c & 0x07;
+            } else {
+                ok_ = false;
+                return;
+            }
+            if (n - i < len) {
+                reste_ = piece.substr(i);
+                return;
+            }
+            for (std::size_t k = 1; k < len; ++k) {
+                const unsigned char b = octet(piece[i + k]);
+                if ((b & 0xC0) != 0x80) {
+                    ok_ = false;
+                    return;
+                }
+                cp = (cp << 6) | (b & 0x3F);
+            }
+            if ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
+                (cp >= 0xD800 && cp <= 0xDFFF)) {
+                ok_ = false;
+                return;
+            }
+            multi_ = true;
+            i += len;
         }
-        if (n - i < len) return false;
-        for (std::size_t k = 1; k < len; ++k) {
-            const unsigned char b = octet(s[i + k]);
-            if ((b & 0xC0) != 0x80) return false;
-            cp = (cp << 6) | (b & 0x3F);
-        }
-        if ((len == 3 && cp < 0x800) || (len == 4 && (cp < 0x10000 || cp > 0x10FFFF)) ||
-            (cp >= 0xD800 && cp <= 0xDFFF))
-            return false;
-        multi = true;
-        i += len;
     }
-    return multi;
-}
+    // At the end of the text: a sequence cut by the end is not UTF-8.
+    bool resultat() const { return ok_ && multi_ && reste_.empty(); }
+
+  private:
+    bool ok_ = true, multi_ = false;
+    std::string reste_;
+};
 
 // UTF-16 without a byte-order mark: nearly every character of a GEDCOM
 // file is ASCII, so one byte of each pair is zero.
@@ -128,23 +154,61 @@ std::string utf16VersUtf8(std::string_view o, bool grosBout) {
     return r;
 }
 
-// Cuts the next line at pos; a line end is CR, LF, CR LF or LF CR.
-bool prochaineLigne(std::string_view t, std::size_t& pos, std::string_view& ligne) {
-    if (pos >= t.size()) return false;
-    const char* debut = t.data() + pos;
-    const char* fin = t.data() + t.size();
-    const char* q = debut;
-    while (q < fin && *q != '\r' && *q != '\n')
-        ++q;
-    ligne = std::string_view(debut, static_cast<std::size_t>(q - debut));
-    if (q < fin) {
-        const char autre = *q == '\r' ? '\n' : '\r';
-        ++q;
-        if (q < fin && *q == autre) ++q;
+// Bytes of a file or of memory, read a piece at a time: a file of a
+// million persons is never held whole.
+using Source = std::function<std::string(std::uint64_t position, std::size_t n)>;
+constexpr std::size_t kMorceau = std::size_t{1} << 20;
+
+// The lines of the bytes from `debut` to `fin` of a source; a line end is
+// CR, LF, CR LF or LF CR. A line longer than LongueurMaxLigne is given
+// with one byte more than that, which tells it, and the rest is skipped.
+class Lignes {
+  public:
+    Lignes(const Source& source, std::uint64_t debut, std::uint64_t fin)
+        : source_(source), pos_(debut), fin_(fin) {}
+
+    bool suivante(std::string_view& l) {
+        if (i_ == morceau_.size() && !remplit()) return false;
+        ligne_.clear();
+        for (;;) {
+            const char* d = morceau_.data() + i_;
+            const char* f = morceau_.data() + morceau_.size();
+            const char* q = d;
+            while (q < f && *q != '\r' && *q != '\n')
+                ++q;
+            const std::size_t place = LongueurMaxLigne + 1 - ligne_.size();
+            ligne_.append(d, std::min(place, static_cast<std::size_t>(q - d)));
+            i_ = static_cast<std::size_t>(q - morceau_.data());
+            if (q == f) {
+                if (remplit()) continue;
+                break; // the last line, with no line end
+            }
+            const char autre = *q == '\r' ? '\n' : '\r';
+            ++i_;
+            if (i_ == morceau_.size()) remplit();
+            if (i_ < morceau_.size() && morceau_[i_] == autre) ++i_;
+            break;
+        }
+        l = ligne_;
+        return true;
     }
-    pos = static_cast<std::size_t>(q - t.data());
-    return true;
-}
+
+  private:
+    bool remplit() {
+        if (pos_ >= fin_) return false;
+        morceau_ = source_(pos_, static_cast<std::size_t>(std::min<std::uint64_t>(kMorceau, fin_ - pos_)));
+        i_ = 0;
+        if (morceau_.empty()) pos_ = fin_; // the file got shorter
+        pos_ += morceau_.size();
+        return !morceau_.empty();
+    }
+
+    const Source& source_;
+    std::uint64_t pos_, fin_;
+    std::string morceau_;
+    std::size_t i_ = 0;
+    std::string ligne_;
+};
 
 // A line split into its fields, before any conversion.
 struct Decoupe {
@@ -204,10 +268,9 @@ bool estPointeur(std::string_view v) {
 }
 
 // The value of the HEAD's CHAR line, looked for before the HEAD ends.
-std::string jeuDeclare(std::string_view t) {
-    std::size_t pos = 0;
+std::string jeuDeclare(Lignes t) {
     std::string_view l;
-    for (int n = 0; n < 2000 && prochaineLigne(t, pos, l); ++n) {
+    for (int n = 0; n < 2000 && t.suivante(l); ++n) {
         const Decoupe d = decoupe(l);
         if (d.etat != Decoupe::Complete) continue;
         if (d.niveau == 0 && n > 0) break;
@@ -311,10 +374,9 @@ class LecteurGedcom {
   public:
     LecteurGedcom(GedcomLu& g, Encodage e) : g_(g), r_(g.rapport_), enc_(e) {}
 
-    void lis(std::string_view t) {
-        std::size_t pos = 0;
+    void lis(Lignes t) {
         std::string_view l;
-        while (prochaineLigne(t, pos, l)) {
+        while (t.suivante(l)) {
             ++r_.lignes;
             if (l.size() > LongueurMaxLigne) {
                 signale(Anomalie::LigneTropLongue, l.substr(0, 60));
@@ -666,37 +728,66 @@ class LecteurGedcom {
     std::vector<bool> inconnus_; // by tag number - 1
 };
 
-GedcomLu LitGedcomOctets(std::string_view octets) {
+// The whole read: encoding, counts, then the lines.
+struct ChargeurGedcom {
+    static GedcomLu lis(std::uint64_t taille, const Source& source);
+};
+
+GedcomLu ChargeurGedcom::lis(std::uint64_t taille, const Source& source) {
     GedcomLu g;
     RapportGedcom& r = g.rapport_;
-    if (octets.empty()) {
+    if (taille == 0) {
         r.inexploitable = Inexploitable::Vide;
         return g;
     }
-    if (octets.size() > TailleMaxFichier) {
+    if (taille > TailleMaxFichier) {
         r.inexploitable = Inexploitable::TropGrand;
         return g;
     }
 
     // The byte-order mark or the bytes themselves rule over the CHAR line.
+    const std::string tete = source(0, static_cast<std::size_t>(std::min<std::uint64_t>(taille, 1000)));
     std::string utf8;
-    std::string_view t = octets;
-    const bool le = t.starts_with("\xFF\xFE"), be = t.starts_with("\xFE\xFF");
-    if (le || be || ressembleUtf16(t, false) || ressembleUtf16(t, true)) {
-        const bool grosBout = be || (!le && ressembleUtf16(t, true));
+    Source memoire = [&utf8](std::uint64_t position, std::size_t n) {
+        return position >= utf8.size() ? std::string() : utf8.substr(position, n);
+    };
+    const Source* t = &source;
+    std::uint64_t debut = 0;
+    const bool le = tete.starts_with("\xFF\xFE"), be = tete.starts_with("\xFE\xFF");
+    if (le || be || ressembleUtf16(tete, false) || ressembleUtf16(tete, true)) {
+        // UTF-16 is read whole and made UTF-8 at once.
+        const bool grosBout = be || (!le && ressembleUtf16(tete, true));
         r.encodage = grosBout ? Encodage::Utf16BE : Encodage::Utf16LE;
         r.marqueOrdre = le || be;
-        utf8 = utf16VersUtf8(t.substr(r.marqueOrdre ? 2 : 0), grosBout);
-        t = utf8;
-    } else if (t.starts_with("\xEF\xBB\xBF")) {
+        const std::string octets = source(0, static_cast<std::size_t>(taille));
+        utf8 = utf16VersUtf8(std::string_view(octets).substr(r.marqueOrdre ? 2 : 0), grosBout);
+        t = &memoire;
+        taille = utf8.size();
+    } else if (tete.starts_with("\xEF\xBB\xBF")) {
         r.encodage = Encodage::Utf8;
         r.marqueOrdre = true;
-        t.remove_prefix(3);
+        debut = 3;
     }
-    r.jeuDeclare = jeuDeclare(t);
+    r.jeuDeclare = jeuDeclare(Lignes(*t, debut, taille));
+
+    // One pass over the bytes for the UTF-8 check and the count of line
+    // ends: one line per line end at most (CONT and CONC lines are
+    // merged), which spares the table its growth by doubling.
+    const std::string jeu = enMajuscules(r.jeuDeclare);
+    const bool verifier = !r.marqueOrdre && r.encodage == Encodage::Ansi && jeu != "UTF-8" &&
+                          jeu != "UTF8" && jeu != "UNICODE";
+    VerifUtf8 verif;
+    std::size_t lf = 0, cr = 0;
+    for (std::uint64_t p = debut; p < taille;) {
+        const std::string m = (*t)(p, static_cast<std::size_t>(std::min<std::uint64_t>(kMorceau, taille - p)));
+        if (m.empty()) break;
+        p += m.size();
+        if (verifier) verif.ajoute(m);
+        lf += static_cast<std::size_t>(std::count(m.begin(), m.end(), '\n'));
+        cr += static_cast<std::size_t>(std::count(m.begin(), m.end(), '\r'));
+    }
     if (!r.marqueOrdre && r.encodage == Encodage::Ansi) {
-        const std::string jeu = enMajuscules(r.jeuDeclare);
-        if (jeu == "UTF-8" || jeu == "UTF8" || jeu == "UNICODE" || estUtf8(t))
+        if (!verifier || verif.resultat())
             r.encodage = Encodage::Utf8;
         else if (jeu == "ANSEL")
             r.encodage = Encodage::Ansel;
@@ -706,33 +797,26 @@ GedcomLu LitGedcomOctets(std::string_view octets) {
             r.encodage = Encodage::Html;
     }
 
-    const std::string_view debut = t.substr(0, 1000);
-    if (debut.find_first_of("\r\n") == std::string_view::npos)
+    if ((*t)(debut, 1000).find_first_of("\r\n") == std::string::npos)
         r.inexploitable = Inexploitable::SansFinDeLigne;
 
-    // One line per line end at most (CONT and CONC lines are merged): one
-    // quick count spares the table its growth by doubling.
-    std::size_t finsDeLigne = static_cast<std::size_t>(std::count(t.begin(), t.end(), '\n'));
-    if (finsDeLigne == 0)
-        finsDeLigne = static_cast<std::size_t>(std::count(t.begin(), t.end(), '\r'));
-    g.lignes_.reserve(finsDeLigne + 1);
+    g.lignes_.reserve((lf ? lf : cr) + 1);
     // Values are never longer than the lines they come from, but for
     // characters written as references; the pages not filled cost nothing.
-    g.texte_.reserve(t.size() + 16);
-    LecteurGedcom(g, r.encodage).lis(t);
+    g.texte_.reserve(static_cast<std::size_t>(taille - debut) + 16);
+    LecteurGedcom(g, r.encodage).lis(Lignes(*t, debut, taille));
     return g;
+}
+
+GedcomLu LitGedcomOctets(std::string_view octets) {
+    return ChargeurGedcom::lis(octets.size(), [octets](std::uint64_t position, std::size_t n) {
+        return position >= octets.size() ? std::string() : std::string(octets.substr(position, n));
+    });
 }
 
 GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin) {
     auto f = fs.ouvrir(chemin, Mode::Lecture);
-    const std::uint64_t taille = f->taille();
-    if (taille > TailleMaxFichier) {
-        GedcomLu g;
-        g.rapport_.inexploitable = Inexploitable::TropGrand;
-        return g;
-    }
-    const std::string octets = f->lire(0, static_cast<std::size_t>(taille));
-    return LitGedcomOctets(octets);
+    return ChargeurGedcom::lis(f->taille(), [&f](std::uint64_t position, std::size_t n) { return f->lire(position, n); });
 }
 
 bool TagGedcom55(std::string_view tag) {

@@ -203,8 +203,7 @@ class GedcomLu {
 
   private:
     friend class LecteurGedcom;
-    friend GedcomLu LitGedcomOctets(std::string_view octets);
-    friend GedcomLu LitGedcom(SystemeFichiers& fs, const std::string& chemin);
+    friend struct ChargeurGedcom;
     struct Pointeur {
         std::uint32_t debut = 0, longueur = 0; // the text in textePointeurs_
         std::uint32_t definition = 0;          // line index + 1, 0 for none
