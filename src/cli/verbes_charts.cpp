@@ -1,17 +1,29 @@
-// The tree charts of the command line: the page template itself, or the
-// sheets drawn as one SVG picture.
+// The tree charts of the command line: the page template itself, the
+// sheets drawn as one SVG picture, or a PDF of one page a sheet.
 #include "charts/gabarit.h"
 #include "charts/graphe.h"
 #include "charts/svg.h"
 #include "cli/session.h"
 #include "cli/verbes.h"
+#include "pdf/imprimante_pdf.h"
 #include "store/fichier.h"
 
 #include <ostream>
 
+namespace sylvane {
+
+FabriqueImprimantePdf& FabriquePdf() {
+    static FabriqueImprimantePdf f = nullptr;
+    return f;
+}
+
+} // namespace sylvane
+
 namespace sylvane::cli {
 namespace {
 
+// Every sheet reads the whole template again: a picture or a document of
+// more sheets would take hours, and is no use on a screen.
 constexpr std::int64_t kFeuillesSvgMax = 2000;
 
 // The chart's template goes to the work folder when it is only a step.
@@ -33,7 +45,7 @@ int VerbeChart(const Arguments& args, std::ostream& out, std::ostream& err) {
         throw ErreurUsage{"--type : asc, desc, mixed ou couple"};
     const int sorties = o.a("svg") + o.a("svp") + o.a("pdf");
     if (sorties != 1) throw ErreurUsage{"une sortie et une seule : --svg, --svp ou --pdf"};
-    if (o.a("pdf")) {
+    if (o.a("pdf") && !FabriquePdf()) {
         err << "sylvane-cli chart : la sortie PDF n'est pas disponible dans cette version "
                "(utilisez --svg ou --svp)\n";
         return 2;
@@ -66,13 +78,16 @@ int VerbeChart(const Arguments& args, std::ostream& out, std::ostream& err) {
     Base& b = s.Lit(o.positionnels()[0]);
     const std::uint32_t personne = PersonneArgument(b, o.positionnels()[1], "personne");
     SystemeFichiers& fs = systemeReel();
-    const std::string cible = Chemin(o.a("svg") ? o.valeur("svg") : o.valeur("svp"));
+    const std::string cible =
+        Chemin(o.valeur(o.a("svg") ? "svg" : o.a("pdf") ? "pdf" : "svp"));
     for (const std::string& p : {b.Chemins().base, b.Chemins().journal})
         if (fs.memeFichier(cible, p))
             throw std::runtime_error("la sortie " + CheminLisible(cible) +
                                      " est la base elle-m\xC3\xAAme");
     const std::string gabarit = o.a("svp") ? cible : CheminTemplate(s.parametres, b);
-    const Metrique& m = MetriqueDejaVu::Instance();
+    // A PDF is laid out with the metric of its own font.
+    const std::unique_ptr<ImprimantePdf> pdf = o.a("pdf") ? FabriquePdf()() : nullptr;
+    const Metrique& m = pdf ? pdf->Mesure() : MetriqueDejaVu::Instance();
     const int g = static_cast<int>(generations);
     PlanGraphe plan;
     if (type == "couple") {
@@ -89,14 +104,12 @@ int VerbeChart(const Arguments& args, std::ostream& out, std::ostream& err) {
         const int asc = type == "desc" ? 0 : g, desc = type == "asc" ? 0 : g;
         GrapheIndividu(b, fs, gabarit, personne, asc, desc, og, m, &plan);
     }
-    if (o.a("svg")) {
-        // Every sheet reads the whole template again: a picture of more
-        // sheets would take hours, and is no use on a screen.
+    if (!o.a("svp")) {
         const std::int64_t feuilles = std::int64_t{plan.geo.feuillesH} * plan.geo.feuillesV;
         if (feuilles > kFeuillesSvgMax) {
             fs.supprimer(gabarit);
             throw std::runtime_error(std::to_string(feuilles) +
-                                     " feuilles : une image SVG en prend au plus " +
+                                     " feuilles : une image SVG ou un PDF en prend au plus " +
                                      std::to_string(kFeuillesSvgMax) + " (--svp pour le graphe)");
         }
         OptionsPages op;
@@ -114,9 +127,13 @@ int VerbeChart(const Arguments& args, std::ostream& out, std::ostream& err) {
         op.couleurFemme = s.parametres.couleurCadreFemme;
         op.couleurIndetermine = s.parametres.couleurCadreIndetermine;
         try {
-            SurfaceSvg svg(fs, cible, m, og.papier, plan.geo.feuillesH, plan.geo.feuillesV);
-            ImprimePages(fs, gabarit, svg, op);
-            svg.Termine();
+            if (pdf) {
+                pdf->Ecrit(fs, gabarit, cible, op);
+            } else {
+                SurfaceSvg svg(fs, cible, m, og.papier, plan.geo.feuillesH, plan.geo.feuillesV);
+                ImprimePages(fs, gabarit, svg, op);
+                svg.Termine();
+            }
         } catch (...) {
             fs.supprimer(gabarit);
             throw;
