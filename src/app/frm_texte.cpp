@@ -109,6 +109,8 @@ void DocumentDepuisSegments(QTextDocument& doc, const std::vector<SegmentRtf>& s
             c.setBlockFormat(bf);
             if (!partie.empty()) c.insertText(Q(partie), f);
             if (fin == std::string::npos) break;
+            // The paragraph end carries the style of its run.
+            c.setBlockCharFormat(f);
             c.insertBlock(QTextBlockFormat(), f);
             debut = fin + 2;
         }
