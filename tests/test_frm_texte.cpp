@@ -13,15 +13,7 @@ namespace {
 
 SegmentRtf Seg(std::string t, bool g = false, bool i = false, bool s = false,
                Alignement a = Alignement::Gauche, std::string police = {}, int taille = 0) {
-    SegmentRtf r;
-    r.texte = std::move(t);
-    r.gras = g;
-    r.italique = i;
-    r.souligne = s;
-    r.alignement = a;
-    r.police = std::move(police);
-    r.taille = taille;
-    return r;
+    return {std::move(t), g, i, s, a, std::move(police), taille};
 }
 
 bool Egaux(const std::vector<SegmentRtf>& a, const std::vector<SegmentRtf>& b) {

@@ -57,6 +57,14 @@ void SurLeModal(F f) {
     t->start();
 }
 
+// Jean, born on 2/3/1850, the caret in the birth place.
+void Remplit(FrmCreationQt& f) {
+    QTest::keyClicks(f.Champ(ChampCreation::Prenom), "Jean");
+    QTest::keyClicks(f.Champ(ChampCreation::Naiss), "1850");
+    QTest::keyClicks(f.Champ(ChampCreation::JNaiss), "2/3");
+    f.Champ(ChampCreation::LieuNaiss)->setFocus();
+}
+
 } // namespace
 
 TEST(FrmCreationQt, TypedPersonIsMade) {
@@ -74,10 +82,7 @@ TEST(FrmCreationQt, TypedPersonIsMade) {
     EXPECT_FALSE(f.Champ(C::RubA, 0)->isVisibleTo(&f));
     EXPECT_TRUE(f.Champ(C::RubA, 1)->isVisibleTo(&f));
 
-    QTest::keyClicks(f.Champ(C::Prenom), "Jean");
-    QTest::keyClicks(f.Champ(C::Naiss), "1850");
-    QTest::keyClicks(f.Champ(C::JNaiss), "2/3");
-    f.Champ(C::LieuNaiss)->setFocus();
+    Remplit(f);
     QTest::keyClicks(f.Champ(C::LieuNaiss), "Tours");
     QTest::keyClicks(f.Champ(C::RubL, 0), "laboureur");
     QTest::keyClick(f.Champ(C::RubL, 0), Qt::Key_Return);
@@ -95,10 +100,7 @@ TEST(FrmCreationQt, TypedPersonIsMade) {
     if (const char* d = std::getenv("SYLVANE_CAPTURES")) {
         FrmCreationQt c(*e.b, e.p, boites, "MARTIN/Homme");
         c.show();
-        QTest::keyClicks(c.Champ(C::Prenom), "Jean");
-        QTest::keyClicks(c.Champ(C::Naiss), "1850");
-        QTest::keyClicks(c.Champ(C::JNaiss), "2/3");
-        c.Champ(C::LieuNaiss)->setFocus();
+        Remplit(c);
         QTest::qWait(200);
         c.grab().save(QString::fromUtf8(d) + "/creation.png");
     }

@@ -22,15 +22,7 @@ using namespace sylvane;
 namespace {
 
 SegmentRtf Seg(std::string t, bool g, bool i, bool s, Alignement a, std::string police, int taille) {
-    SegmentRtf r;
-    r.texte = std::move(t);
-    r.gras = g;
-    r.italique = i;
-    r.souligne = s;
-    r.alignement = a;
-    r.police = std::move(police);
-    r.taille = taille;
-    return r;
+    return {std::move(t), g, i, s, a, std::move(police), taille};
 }
 
 // The runs of a saved note, its words with their styles.
