@@ -139,6 +139,7 @@ FrmTexteQt::FrmTexteQt(const std::string& texte, const std::string& titre,
     editeur_->setTabChangesFocus(true);
     mots_ = new QListWidget(this);
     mots_->hide();
+    mots_->setMaximumWidth(220);
     auto* centre = new QHBoxLayout;
     centre->addWidget(editeur_, 1);
     centre->addWidget(mots_);
@@ -162,7 +163,7 @@ FrmTexteQt::FrmTexteQt(const std::string& texte, const std::string& titre,
     Ajoute("Coller", QKeySequence());
     barre_->addSeparator();
     Ajoute("Mot Usuel", QKeySequence(Qt::Key_F4))->setCheckable(true);
-    barre_->addSeparator();
+    // The font and the size of the selection, on a row of their own.
     lPolice_ = new QLabel(this);
     police_ = new QFontComboBox(this);
     lPolice_->setBuddy(police_);
@@ -170,10 +171,14 @@ FrmTexteQt::FrmTexteQt(const std::string& texte, const std::string& titre,
     taille_ = new QSpinBox(this);
     taille_->setRange(4, 96);
     lTaille_->setBuddy(taille_);
-    barre_->addWidget(lPolice_);
-    barre_->addWidget(police_);
-    barre_->addWidget(lTaille_);
-    barre_->addWidget(taille_);
+    auto* polices = new QHBoxLayout;
+    polices->addWidget(lPolice_);
+    polices->addWidget(police_);
+    polices->addSpacing(12);
+    polices->addWidget(lTaille_);
+    polices->addWidget(taille_);
+    polices->addStretch(1);
+    l->insertLayout(1, polices);
     // Save with Ctrl+S too.
     Action("Sauve")->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Return),
                                    QKeySequence(Qt::CTRL | Qt::Key_Enter), QKeySequence::Save});

@@ -6,6 +6,7 @@
 #include "app/frm_choix.h"
 #include "app/frm_creation.h"
 #include "fenetre_test.h"
+#include "support/francais.h"
 #include "support/services_faux.h"
 
 #include <QApplication>

@@ -2,6 +2,7 @@
 // with the tool bar and the keyboard, saved, and read back through the
 // core's reader; the document and the runs convert both ways.
 #include "app/frm_texte.h"
+#include "support/francais.h"
 #include "text/rtf_ecriture.h"
 
 #include <QAction>
