@@ -805,10 +805,30 @@ class Importeur {
         t.depuisVecteur(v);
     }
     void TriStable() {
-        if (b_.Tete().modeTri != '0') {
-            TriStable(b_.TablePersonnes(), [this](std::uint32_t n) { return b_.CleTriFiche(n); });
-            b_.triPersonnesModifie = true;
+        if (b_.Tete().modeTri == '0') return;
+        TableTri& t = b_.TablePersonnes();
+        std::vector<std::uint32_t> v = t.versVecteur();
+        // The keys are computed first, then sorted as views into the base's
+        // store of keys, which does not move once every key is in it: a
+        // million copies of keys would be a hundred megabytes. Keys the
+        // store does not keep (an absurdly long name), or computes again
+        // (an empty one), are copied.
+        bool vues = true;
+        for (std::uint32_t n : v) {
+            const std::size_t taille = b_.CleVue(n).size();
+            vues = vues && n != 0 && n <= b_.Tete().maxPersonne && taille > 0 && taille < 0xFFFF;
         }
+        if (vues) {
+            std::vector<std::pair<std::string_view, std::uint32_t>> cles;
+            cles.reserve(v.size());
+            for (std::uint32_t n : v) cles.emplace_back(b_.CleVue(n), n);
+            std::sort(cles.begin(), cles.end());
+            for (std::size_t k = 0; k < v.size(); ++k) v[k] = cles[k].second;
+            t.depuisVecteur(v);
+        } else {
+            TriStable(t, [this](std::uint32_t n) { return b_.CleTriFiche(n); });
+        }
+        b_.triPersonnesModifie = true;
     }
     void TriStableDocsEtEvts() {
         TriStable(b_.TableDocuments(), [this](std::uint32_t d) { return CleMot(b_.TitreDoc(d)); });
