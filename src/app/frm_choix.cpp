@@ -47,6 +47,11 @@ FrmChoixQt::FrmChoixQt(Base* base, Candidats genre, std::uint32_t pour, char sex
     grille_->verticalHeader()->setDefaultSectionSize(grille_->fontMetrics().height() + 6);
     grille_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
     grille_->setTabKeyNavigation(false);
+    // The 20 rows of a page are all in view: pages turn, nothing scrolls.
+    grille_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    grille_->setMinimumHeight(grille_->verticalHeader()->defaultSectionSize() * grille_->rowCount() +
+                              grille_->horizontalHeader()->sizeHint().height() +
+                              2 * grille_->frameWidth());
     grille_->installEventFilter(this);
     l->addWidget(grille_, 1);
 

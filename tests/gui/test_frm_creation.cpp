@@ -144,6 +144,10 @@ TEST(FrmChoixQt, CandidateFoundByNameAndChosenWithTheKeyboard) {
     EXPECT_TRUE(f.isVisible()); // Enter in the search field searches
     EXPECT_EQ(f.grille()->item(0, 0)->data(Qt::UserRole).toUInt(), anne);
     EXPECT_TRUE(f.grille()->item(1, 0)->text().isEmpty());
+    if (const char* d = std::getenv("SYLVANE_CAPTURES")) {
+        QTest::qWait(200);
+        f.grab().save(QString::fromUtf8(d) + "/choix.png");
+    }
     f.grille()->setFocus();
     QTest::keyClick(f.grille(), Qt::Key_Return);
     EXPECT_EQ(f.result(), QDialog::Accepted);
