@@ -211,6 +211,29 @@ TEST(AllerRetourGedcom, LaPageDUneCitationResteDansLaNote) {
     Stable(a.Exporte());
 }
 
+// A child born in one family and adopted in another: the base holds one
+// father and one mother; the adoption and the second family stay readable
+// in the child's note, and "PEDI birth", which says nothing more, adds
+// nothing.
+TEST(AllerRetourGedcom, UneAdoptionEtUneSecondeFamilleRestentDansLaNote) {
+    Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Louis /Martin/\r\n1 SEX M\r\n1 FAMS @F1@\r\n"
+                      "0 @I2@ INDI\r\n1 NAME Paul /Durand/\r\n1 SEX M\r\n1 FAMS @F2@\r\n"
+                      "0 @I3@ INDI\r\n1 NAME Jean /Martin/\r\n1 FAMC @F1@\r\n2 PEDI birth\r\n"
+                      "1 FAMC @F2@\r\n2 PEDI adopted\r\n2 NOTE par jugement\r\n"
+                      "0 @F1@ FAM\r\n1 HUSB @I1@\r\n1 CHIL @I3@\r\n"
+                      "0 @F2@ FAM\r\n1 HUSB @I2@\r\n1 CHIL @I3@\r\n"));
+    const std::uint32_t jean = a.Qui("Jean");
+    EXPECT_EQ(a.b.LitPere(jean), a.Qui("Louis"));
+    const std::string note = a.b.CorpsNote(jean);
+    EXPECT_NE(note.find("F2"), std::string::npos) << note;
+    EXPECT_NE(note.find("adopted"), std::string::npos) << note;
+    EXPECT_NE(note.find("par jugement"), std::string::npos) << note;
+    EXPECT_NE(note.find("Enfant aussi de Paul Durand"), std::string::npos) << note;
+    EXPECT_EQ(note.find("birth"), std::string::npos) << note;
+    EXPECT_EQ(a.b.CorpsNote(a.Qui("Louis")), "");
+    Stable(a.Exporte());
+}
+
 TEST(AllerRetourGedcom, UnTitreDeSourceSurPlusieursLignesPasseParLeFichierDEchange) {
     Passage a(Fichier("0 @I1@ INDI\r\n1 NAME Jean /Martin/\r\n1 SOUR @S1@\r\n2 EVEN\r\n3 ROLE CHIL\r\n"
                       "0 @S1@ SOUR\r\n1 TITL Registres\r\n2 CONT de Dijon\r\n1 DATA\r\n2 EVEN BIRT\r\n3 DATE 1 JAN 1850\r\n"

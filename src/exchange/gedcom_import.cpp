@@ -233,6 +233,20 @@ class Importeur {
         Ajoute(note, l);
         for (std::size_t s : g_.sousLignes(i)) EnNote(note, s, profondeur + 1, compter);
     }
+    // "PEDI birth" says what a parent link of the base says already.
+    bool PediNaissance(std::size_t x) {
+        if (Tag(x) != "PEDI") return false;
+        std::string v = Trim(Valeur(x));
+        for (char& c : v) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+        return v == "birth";
+    }
+    // A FAMC line that says more than "child of this family".
+    bool LienFamilleParle(std::size_t s) {
+        if (!g_.lien(s)) return false;
+        for (std::size_t x : g_.sousLignes(s))
+            if (!PediNaissance(x)) return true;
+        return false;
+    }
     // The sub-lines of a line whose own value went into the base (a DATE,
     // a PLAC: their NOTE, MAP, unknown tags), as lines of the note.
     void SousLignesEnNote(std::string& note, std::size_t i) {
@@ -392,6 +406,13 @@ class Importeur {
                 // The citation is made in pass 2; what it says of the source
                 // (PAGE, DATA, NOTE, QUAY) stays in the note under its title.
                 Citation(note, s);
+            } else if (tag == "FAMC" && LienFamilleParle(s)) {
+                // The link to the parents is made in pass 2; what the file
+                // says of the link itself (an adoption, a note) has no place
+                // but the note.
+                Ajoute(note, Libelle(tag) + " : " + std::string(g_.textePointeur(g_.lien(s))));
+                for (std::size_t x : g_.sousLignes(s))
+                    if (!PediNaissance(x)) EnNote(note, x, 1, true);
             } else if (tag == "FAMS" || tag == "FAMC" || tag == "ASSO" ||
                        (tag == "OBJE" && g_.lien(s)) || (tag == "NOTE" && g_.lien(s)) ||
                        Parmi(kIgnores, tag)) {
@@ -661,7 +682,17 @@ class Importeur {
             // A child of two families (born and adopted) keeps the parents
             // of the first: a father of one and a mother of the other
             // would make a couple that no file holds.
-            if (b_.LitPere(c) != 0 || b_.LitMere(c) != 0) continue;
+            if (b_.LitPere(c) != 0 || b_.LitMere(c) != 0) {
+                // The other family is kept in words in the child's note.
+                std::string l = "Enfant aussi de";
+                if (mari) l += " " + b_.NomComplet(mari);
+                if (mari && femme) l += " et";
+                if (femme) l += " " + b_.NomComplet(femme);
+                if (const std::uint32_t p = g_.pointeur(i))
+                    l += " (" + std::string(g_.textePointeur(p)) + ")";
+                AjouteANote(c, l);
+                continue;
+            }
             if (mari) {
                 b_.EcritPere(c, mari);
                 b_.MajEnfants(mari, c, 'A');
