@@ -122,6 +122,14 @@ TEST_F(Dates, RoundTripTable) {
         EXPECT_EQ(Conv_DateVersGedcom(l.jm, l.annee), l.gedcom);
         EXPECT_EQ(Conv_DateEtrangere(l.gedcom), (DateTenue{l.jm, l.annee}));
     }
+    // "B.C." as GEDCOM writes it; a year before Christ of four digits does
+    // not fit a year field, and stays whole in the date text instead of
+    // being cut.
+    EXPECT_EQ(Conv_DateEtrangere("3 MAR 123 B.C."), (DateTenue{"3/3", "-123"}));
+    EXPECT_EQ(Conv_DateEtrangere("1200 B.C."), (DateTenue{"-1200", ""}));
+    EXPECT_EQ(Conv_DateEtrangere("12 MAR 1250 BC"), (DateTenue{"12 mars -1250", ""}));
+    EXPECT_EQ(Conv_DateVersGedcom("12 mars -1250", ""), "12 MAR 1250 BC");
+    EXPECT_EQ(Conv_DateVersGedcom("-1200", ""), "1200 BC");
 }
 
 TEST_F(Dates, ValideEtSerie) {

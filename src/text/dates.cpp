@@ -6,6 +6,7 @@
 
 #include <array>
 #include <clocale>
+#include <cstring>
 #include <cstdlib>
 #include <vector>
 
@@ -458,8 +459,23 @@ std::string Conv_DateResume(std::string_view jourMois, std::string_view annee,
 }
 
 DateTenue Conv_DateEtrangere(std::string_view texte, std::string_view format) {
-    const std::string a = Conv_DateAffichage(texte);
+    // GEDCOM writes the era "B.C."; the display form knows it as "BC".
+    std::string t = Trim(texte);
+    for (const char* era : {"B.C.", "B.C", "BCE"}) {
+        const std::size_t n = std::strlen(era);
+        if (t.size() >= n && t.compare(t.size() - n, n, era) == 0) {
+            t.replace(t.size() - n, n, "BC");
+            break;
+        }
+    }
+    const std::string a = Conv_DateAffichage(t);
     if (a.size() < 4) return {"", Trim(a)};
+    // A year before Christ of four digits does not fit the four characters
+    // of a year: the whole date stays in the date text, whose export gives
+    // it back, and the year is left unknown rather than cut.
+    if (a.size() >= 5 && a[a.size() - 5] == '-' &&
+        (a.size() == 5 || a[a.size() - 6] == ' '))
+        return {Trim(a), ""};
     DateTenue d;
     d.annee = Trim(std::string_view(a).substr(a.size() - 4));
     if (a.size() > 4) d.jourMois = Conv_DateSaisie(std::string_view(a).substr(0, a.size() - 4), format);
