@@ -105,6 +105,65 @@ std::string UneLigne(std::string v) {
     return v;
 }
 
+// The dates of a file already worked out, by their text: they come back
+// from person to person (240,000 distinct among two million in a million
+// persons). A date is some twenty bytes here, its text being the file's.
+struct DateLue {
+    std::uint32_t hachage = 0, ligne = 0; // the text is the value of that line
+    std::uint32_t debut = 0, jourMois = 0, annee = 0; // the held form in the store
+    bool ok = true, exacte = true;
+};
+
+class DatesLues {
+  public:
+    const DateLue& Cherche(const GedcomLu& g, std::size_t x) {
+        const std::string_view v = g.valeur(x);
+        const auto h = static_cast<std::uint32_t>(std::hash<std::string_view>{}(v));
+        if (texte_.size() > kTexteMax) { // a hostile file: start again
+            dates_.clear();
+            index_.clear();
+            texte_.clear();
+        }
+        if (dates_.size() * 2 >= index_.size()) Agrandit();
+        const std::size_t masque = index_.size() - 1;
+        std::size_t k = h & masque;
+        for (; index_[k] != 0; k = (k + 1) & masque) {
+            const DateLue& l = dates_[index_[k] - 1];
+            if (l.hachage == h && g.valeur(l.ligne) == v) return l;
+        }
+        DateLue l;
+        l.hachage = h;
+        l.ligne = static_cast<std::uint32_t>(x);
+        const DateTenue d = DateTenueDe(v, l.ok, &l.exacte);
+        l.debut = static_cast<std::uint32_t>(texte_.size());
+        l.jourMois = static_cast<std::uint32_t>(d.jourMois.size());
+        l.annee = static_cast<std::uint32_t>(d.annee.size());
+        texte_ += d.jourMois;
+        texte_ += d.annee;
+        index_[k] = static_cast<std::uint32_t>(dates_.size() + 1);
+        dates_.push_back(l);
+        return dates_.back();
+    }
+    std::string JourMois(const DateLue& l) const { return texte_.substr(l.debut, l.jourMois); }
+    std::string Annee(const DateLue& l) const { return texte_.substr(l.debut + l.jourMois, l.annee); }
+
+  private:
+    void Agrandit() {
+        std::vector<std::uint32_t> neuf(std::max<std::size_t>(1024, index_.size() * 2), 0);
+        const std::size_t masque = neuf.size() - 1;
+        for (std::size_t n = 0; n < dates_.size(); ++n) {
+            std::size_t k = dates_[n].hachage & masque;
+            while (neuf[k] != 0) k = (k + 1) & masque;
+            neuf[k] = static_cast<std::uint32_t>(n + 1);
+        }
+        index_.swap(neuf);
+    }
+    static constexpr std::size_t kTexteMax = std::size_t{1} << 31;
+    std::vector<DateLue> dates_;
+    std::vector<std::uint32_t> index_; // number + 1 of a date, 0 for a free slot
+    std::string texte_;                // the held forms, day and month then year
+};
+
 struct Rubrique {
     std::string jourMois, annee, valeur;
     bool rempli = false;
@@ -195,18 +254,10 @@ class Importeur {
     // The held form of the date of line x; a date that it does not write
     // back as the file has it also goes into the note, after `libelle`.
     DateTenue Date(std::size_t x, bool& ok, std::string& note, std::string_view libelle) {
-        const std::string_view v = g_.valeur(x);
-        auto it = dates_.find(v);
-        if (it == dates_.end()) {
-            // The same dates come back from person to person.
-            if (dates_.size() >= kMemoire) dates_.clear();
-            DateLue l;
-            l.d = DateTenueDe(v, l.ok, &l.exacte);
-            it = dates_.emplace(std::string(v), std::move(l)).first;
-        }
-        ok = it->second.ok;
-        if (ok && !it->second.exacte) Ajoute(note, Libelle(libelle) + " : " + Valeur(x));
-        return it->second.d;
+        const DateLue& l = dates_.Cherche(g_, x);
+        ok = l.ok;
+        if (ok && !l.exacte) Ajoute(note, Libelle(libelle) + " : " + Valeur(x));
+        return {dates_.JourMois(l), dates_.Annee(l)};
     }
     // The label of a tag in the user's language, worked out once.
     const std::string& Libelle(std::string_view tag) {
@@ -905,12 +956,8 @@ class Importeur {
         using is_transparent = void;
         std::size_t operator()(std::string_view s) const { return std::hash<std::string_view>{}(s); }
     };
-    struct DateLue {
-        DateTenue d;
-        bool ok = true, exacte = true;
-    };
     static constexpr std::size_t kMemoire = 100000;
-    std::unordered_map<std::string, DateLue, Hachage, std::equal_to<>> dates_;
+    DatesLues dates_;
     std::unordered_map<std::string, std::string, Hachage, std::equal_to<>> libelles_;
     std::size_t fait_ = 0;
     bool nonTrie_ = false;
