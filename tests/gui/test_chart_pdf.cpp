@@ -1,10 +1,14 @@
 // Charts through Qt's painter: the metric is the one the glyphs are drawn
 // with, the PDF of the command line has one page a sheet with its texts,
 // and a PDF that can't be written whole leaves the old file alone.
+#include "app/frm_graphique.h"
 #include "app/surface_qt.h"
 #include "charts/gabarit.h"
 #include "store/fichier_memoire.h"
 #include "support/dossier_temp.h"
+#include "fenetre_test.h"
+
+#include <QLabel>
 
 #include <QImage>
 #include <QPainter>
@@ -20,7 +24,7 @@ using namespace sylvane;
 namespace {
 
 // The output of a command, and whether it ran.
-bool Commande(const std::string& ligne, std::string* sortie = nullptr) {
+bool Lance(const std::string& ligne, std::string* sortie = nullptr) {
     FILE* f = popen((ligne + " 2>&1").c_str(), "r");
     if (!f) return false;
     char t[4096];
@@ -109,7 +113,7 @@ struct ChartPdf : testing::Test {
     const std::string cli = SYLVANE_CLI;
     void SetUp() override {
         std::string sortie;
-        ASSERT_TRUE(Commande(Guillemets(cli) + " import-gedcom " +
+        ASSERT_TRUE(Lance(Guillemets(cli) + " import-gedcom " +
                                  Guillemets(SYLVANE_SOURCE_DIR "/samples/famille-exemple.ged") +
                                  " " + Guillemets(base),
                              &sortie))
@@ -121,7 +125,7 @@ TEST_F(ChartPdf, SixGenerationsOnFourSheets) {
     // Félix DURAND (9) and his six generations of ascendants on 2 x 2 A4.
     const std::string pdf = d / "F\xC3\xA9lix 'asc'.pdf";
     std::string sortie;
-    ASSERT_TRUE(Commande("env -u QT_QPA_PLATFORM -u DISPLAY " + Guillemets(cli) + " chart " +
+    ASSERT_TRUE(Lance("env -u QT_QPA_PLATFORM -u DISPLAY " + Guillemets(cli) + " chart " +
                              Guillemets(base) +
                              " 9 --type asc --generations 6 --sheets-across 2 "
                              "--sheets-down 2 --colour --pdf \"" + pdf + "\"",
@@ -135,8 +139,8 @@ TEST_F(ChartPdf, SixGenerationsOnFourSheets) {
     EXPECT_EQ(Pages(s), 4u);
     EXPECT_FALSE(std::filesystem::exists(CheminTemporaire(pdf)));
     std::string texte;
-    if (!Commande("pdftotext -v", &texte)) GTEST_SKIP() << "pdftotext is not installed";
-    ASSERT_TRUE(Commande("pdftotext -enc UTF-8 \"" + pdf + "\" -", &texte));
+    if (!Lance("pdftotext -v", &texte)) GTEST_SKIP() << "pdftotext is not installed";
+    ASSERT_TRUE(Lance("pdftotext -enc UTF-8 \"" + pdf + "\" -", &texte));
     EXPECT_NE(texte.find("F\xC3\xA9lix"), std::string::npos) << texte;
     EXPECT_NE(texte.find("LEBRUN"), std::string::npos);
     EXPECT_NE(texte.find("Feuille : 2/2"), std::string::npos);
@@ -195,4 +199,38 @@ TEST(EcritPdf, WholeOrNotAtAll) {
     EXPECT_EQ(Pages(s), 2u);
     // What a failing disk left, the next writer took over.
     EXPECT_FALSE(fs.existe(CheminTemporaire(cible)));
+}
+
+using FenetreGraphique = test::FenetreTest;
+
+TEST_F(FenetreGraphique, ShowsThePersonInCourse) {
+    // Félix DURAND of the sample family; the window opens from the menu
+    // entry's form name and draws his ascendants.
+    const std::string base = dossier / "famille.sv2";
+    ASSERT_TRUE(Lance(Guillemets(SYLVANE_CLI) + " import-gedcom " +
+                      Guillemets(SYLVANE_SOURCE_DIR "/samples/famille-exemple.ged") + " " +
+                      Guillemets(base)));
+    OuvreFenetre(base, 9);
+    fenetre->Ouvre("FrmGraphisme");
+    auto* f = dynamic_cast<FrmGraphiqueQt*>(fenetre->Formulaire("FrmGraphisme"));
+    ASSERT_NE(f, nullptr);
+    ASSERT_TRUE(f->logique().Pret());
+    EXPECT_EQ(f->logique().Plan().niveauxAsc, 4);
+    EXPECT_TRUE(f->feuille()->text().contains(QStringLiteral("1/1")));
+    EXPECT_TRUE(std::filesystem::exists(f->logique().Gabarit()));
+    const std::string pdf = dossier / "graphe.pdf";
+    ASSERT_TRUE(f->SauvePdf(QString::fromStdString(pdf)));
+    EXPECT_EQ(test::LitFichier(pdf).rfind("%PDF", 0), 0u);
+    if (const char* capture = std::getenv("SYLVANE_CAPTURE")) {
+        fenetre->resize(1200, 900);
+        if (f->parentWidget()) f->parentWidget()->showMaximized();
+        f->logique().Agrandir();
+        f->Retraduit();
+        QApplication::processEvents();
+        fenetre->grab().save(QString::fromUtf8(capture));
+    }
+    const std::string gabarit = f->logique().Gabarit();
+    f->close();
+    fenetre.reset();
+    EXPECT_FALSE(std::filesystem::exists(gabarit));
 }

@@ -1,0 +1,255 @@
+#include "app/frm_graphique.h"
+
+#include "app/texte_qt.h"
+#include "text/messages.h"
+#include "ui/mdiform1.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace sylvane {
+
+namespace {
+
+// Captions of the window.
+enum : int {
+    kTitre = 4100,
+    kType = 4101,
+    kAscendants = 4102,
+    kDescendants = 4103,
+    kMixte = 4104,
+    kGenerations = 4105,
+    kCouleurs = 4106,
+    kFeuille = 4107,
+    kPrecedente = 4108,
+    kSuivante = 4109,
+    kReduire = 4110,
+    kAgrandir = 4111,
+    kImprimer = 4112,
+    kPdf = 4113,
+    kFiltrePdf = 4114,
+    kSansGraphe = 4115,
+};
+
+} // namespace
+
+// --- The canvas -------------------------------------------------------------
+
+ToileGraphique::ToileGraphique(ContexteQt& c, FrmGraphique& f, const MetriqueQt& m,
+                               QWidget* parent)
+    : QWidget(parent), c_(c), f_(f), m_(m) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+double ToileGraphique::Echelle() const {
+    // The paper's real size on this screen, times the zoom.
+    return f_.Zoom() * logicalDpiX() / 1440.0;
+}
+
+void ToileGraphique::Ajuste() {
+    const Papier& papier = f_.Plan().geo.papier;
+    const double e = Echelle();
+    resize(static_cast<int>(papier.largeur * e) + 1, static_cast<int>(papier.hauteur * e) + 1);
+    update();
+}
+
+void ToileGraphique::paintEvent(QPaintEvent*) {
+    QPainter p(this);
+    p.fillRect(rect(), palette().window());
+    Base* b = c_.logique.base();
+    if (!f_.Pret() || !b) return;
+    SurfaceQt s(p, m_, Echelle());
+    s.Seule(f_.Ligne(), f_.Colonne());
+    OptionsPages o = f_.Options(*b, c_.logique.app().parametres(), Message(kFeuille));
+    // The sheet on its white paper; the template is read for it alone.
+    const Papier& papier = o.papier;
+    p.fillRect(QRectF(0, 0, papier.largeur * Echelle(), papier.hauteur * Echelle()), Qt::white);
+    try {
+        ImprimePages(systemeReel(), f_.Gabarit(), s, o);
+    } catch (const std::exception&) {
+        // A template that went bad shows an empty sheet; a new drawing
+        // writes it again.
+    }
+}
+
+// --- The window -------------------------------------------------------------
+
+FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
+    : FormulaireQt(parent), c_(c), logique_(systemeReel()) {
+    lblType_ = new QLabel(this);
+    type_ = new QComboBox(this);
+    lblType_->setBuddy(type_);
+    lblGenerations_ = new QLabel(this);
+    generations_ = new QSpinBox(this);
+    generations_->setRange(1, 99);
+    generations_->setValue(logique_.generations);
+    lblGenerations_->setBuddy(generations_);
+    couleur_ = new QCheckBox(this);
+    precedente_ = new QPushButton(this);
+    suivante_ = new QPushButton(this);
+    feuille_ = new QLabel(this);
+    reduire_ = new QPushButton(this);
+    agrandir_ = new QPushButton(this);
+    imprimer_ = new QPushButton(this);
+    pdf_ = new QPushButton(this);
+    defile_ = new QScrollArea(this);
+    toile_ = new ToileGraphique(c_, logique_, metrique_, defile_);
+    defile_->setWidget(toile_);
+    defile_->setAlignment(Qt::AlignCenter);
+    defile_->setBackgroundRole(QPalette::Dark);
+
+    auto* options = new QHBoxLayout;
+    for (QWidget* w : std::initializer_list<QWidget*>{lblType_, type_, lblGenerations_,
+                                                      generations_, couleur_})
+        options->addWidget(w);
+    options->addStretch();
+    for (QWidget* w : std::initializer_list<QWidget*>{imprimer_, pdf_}) options->addWidget(w);
+    auto* feuilles = new QHBoxLayout;
+    for (QWidget* w : std::initializer_list<QWidget*>{precedente_, feuille_, suivante_})
+        feuilles->addWidget(w);
+    feuilles->addStretch();
+    feuilles->addWidget(reduire_);
+    feuilles->addWidget(agrandir_);
+    auto* tout = new QVBoxLayout(this);
+    tout->addLayout(options);
+    tout->addLayout(feuilles);
+    tout->addWidget(defile_, 1);
+
+    connect(type_, &QComboBox::activated, this, [this](int i) {
+        logique_.genre = static_cast<GenreGraphe>(i);
+        Redessine();
+    });
+    connect(generations_, &QSpinBox::editingFinished, this, [this] {
+        if (generations_->value() == logique_.generations) return;
+        logique_.generations = generations_->value();
+        Redessine();
+    });
+    connect(couleur_, &QCheckBox::toggled, this, [this](bool v) {
+        logique_.couleur = v;
+        toile_->update();
+    });
+    connect(precedente_, &QPushButton::clicked, this, [this] {
+        if (logique_.Precedente()) Montre();
+    });
+    connect(suivante_, &QPushButton::clicked, this, [this] {
+        if (logique_.Suivante()) Montre();
+    });
+    connect(reduire_, &QPushButton::clicked, this, [this] {
+        if (logique_.Reduire()) Montre();
+    });
+    connect(agrandir_, &QPushButton::clicked, this, [this] {
+        if (logique_.Agrandir()) Montre();
+    });
+    connect(imprimer_, &QPushButton::clicked, this, [this] { Imprime(); });
+    connect(pdf_, &QPushButton::clicked, this, [this] {
+        const auto chemin = c_.logique.services().fichiers.Enregistrer(
+            kPdf, Message(kFiltrePdf),
+            c_.logique.app().parametres().DossierTravail() +
+                (c_.logique.base() ? c_.logique.base()->Chemins().titre : std::string()) + ".pdf");
+        if (chemin) SauvePdf(CheminQt(*chemin));
+    });
+    Retraduit();
+    Redessine();
+    resize(900, 700);
+}
+
+void FrmGraphiqueQt::Retraduit() {
+    setWindowTitle(M(kTitre));
+    lblType_->setText(M(kType));
+    const int i = type_->currentIndex();
+    type_->clear();
+    type_->addItems({M(kAscendants), M(kDescendants), M(kMixte)});
+    type_->setCurrentIndex(std::max(i, 0));
+    lblGenerations_->setText(M(kGenerations));
+    couleur_->setText(M(kCouleurs));
+    precedente_->setText(M(kPrecedente));
+    suivante_->setText(M(kSuivante));
+    reduire_->setText(M(kReduire));
+    agrandir_->setText(M(kAgrandir));
+    imprimer_->setText(M(kImprimer));
+    pdf_->setText(M(kPdf));
+    Montre();
+}
+
+void FrmGraphiqueQt::PersonneChangee() { Redessine(); }
+
+void FrmGraphiqueQt::Redessine() {
+    Base* b = c_.logique.base();
+    if (b) {
+        try {
+            logique_.Dessine(*b, c_.logique.app().parametres(), c_.logique.PersonneEnCours(),
+                             metrique_);
+        } catch (const std::exception& e) {
+            logique_.Oublie();
+            c_.logique.services().boites.Texte(e.what());
+        }
+    } else {
+        logique_.Oublie();
+    }
+    Montre();
+}
+
+void FrmGraphiqueQt::Montre() {
+    const bool pret = logique_.Pret();
+    feuille_->setText(pret ? MT(kFeuille) + QStringLiteral(" %1/%2  (%3 / %4)")
+                                                .arg(logique_.Ligne())
+                                                .arg(logique_.Colonne())
+                                                .arg(logique_.Rang())
+                                                .arg(logique_.NombreFeuilles())
+                           : MT(kSansGraphe));
+    precedente_->setEnabled(pret && logique_.Rang() > 1);
+    suivante_->setEnabled(pret && logique_.Rang() < logique_.NombreFeuilles());
+    imprimer_->setEnabled(pret);
+    pdf_->setEnabled(pret);
+    toile_->Ajuste();
+}
+
+bool FrmGraphiqueQt::SauvePdf(const QString& chemin) {
+    Base* b = c_.logique.base();
+    if (!logique_.Pret() || !b) return false;
+    try {
+        return EcritPdf(systemeReel(), logique_.Gabarit(), CheminInterne(chemin),
+                        logique_.Options(*b, c_.logique.app().parametres(), Message(kFeuille)),
+                        metrique_) == FinPages::Termine;
+    } catch (const std::exception& e) {
+        c_.logique.services().boites.Texte(e.what());
+        return false;
+    }
+}
+
+void FrmGraphiqueQt::Imprime() {
+    Base* b = c_.logique.base();
+    if (!logique_.Pret() || !b) return;
+    QPrinter imprimante(QPrinter::HighResolution);
+    const Papier& papier = logique_.Plan().geo.papier;
+    imprimante.setPageSize(QPageSize(QSizeF(papier.largeur / kTwipsParPoint,
+                                            papier.hauteur / kTwipsParPoint),
+                                     QPageSize::Point));
+    imprimante.setFullPage(true);
+    QPrintDialog d(&imprimante, this);
+    if (d.exec() != QDialog::Accepted) return;
+    QPainter p(&imprimante);
+    SurfaceQt s(p, metrique_, imprimante.resolution() / 1440.0);
+    s.Pagine(imprimante);
+    try {
+        ImprimePages(systemeReel(), logique_.Gabarit(), s,
+                     logique_.Options(*b, c_.logique.app().parametres(), Message(kFeuille)));
+    } catch (const std::exception& e) {
+        c_.logique.services().boites.Texte(e.what());
+    }
+}
+
+static EnregistrementFormulaire enr("FrmGraphisme",
+                                    [](ContexteQt& c) { return new FrmGraphiqueQt(c); });
+
+} // namespace sylvane
