@@ -40,7 +40,7 @@ std::vector<std::string> valeurs(const GedcomLu& g, std::string_view type, std::
 // and value: for comparing two encodings of a file.
 std::vector<std::string> toutesLignes(const GedcomLu& g) {
     std::vector<std::string> v;
-    for (std::size_t i = g.ligne(0).fin; i < g.lignes().size(); ++i)
+    for (std::size_t i = g.fin(0); i < g.lignes().size(); ++i)
         v.push_back(std::to_string(g.ligne(i).niveau) + " " + std::string(g.tag(i)) + " " +
                     std::string(g.valeur(i)));
     return v;
@@ -260,6 +260,53 @@ TEST(GedcomLignes, ValuesContinuationsAndTheTree) {
     EXPECT_EQ(g.numeroPointeur("X9"), 0u);
 }
 
+// A line is small, and what does not fit it is kept aside: the value and
+// pointers of one line, a long value, a record of many lines.
+TEST(GedcomLignes, WhatALineCannotHoldIsKeptAside) {
+    std::string f = "0 HEAD\r\n0 @N1@ NOTE texte du document\r\n"
+                    "0 @N2@ NOTE\r\n1 CONT suite\r\n"
+                    "0 @X1@ _LIEN @N1@\r\n"
+                    "0 @I1@ INDI\r\n1 NOTE @N2@\r\n1 ASSO @N1@\r\n2 CONC  et plus\r\n"
+                    "1 NOTE " + std::string(70000, 'a') + "\r\n2 CONC b\r\n"
+                    "0 @I2@ INDI\r\n";
+    for (int k = 0; k < 70000; ++k)
+        f += "1 OCCU m\r\n";
+    f += "0 @I3@ INDI\r\n1 FAMS @F1@\r\n0 TRLR\r\n";
+    const GedcomLu g = lis(f);
+    const auto& e = g.enregistrements();
+    ASSERT_EQ(e.size(), 8u);
+    EXPECT_EQ(g.valeur(e[1]), "texte du document");
+    EXPECT_EQ(g.textePointeur(g.pointeur(e[1])), "N1");
+    EXPECT_EQ(g.valeur(e[2]), "\r\nsuite");
+    EXPECT_EQ(g.textePointeur(g.pointeur(e[2])), "N2");
+    EXPECT_EQ(g.valeur(e[3]), "@N1@");
+    EXPECT_EQ(g.cible(e[3]), e[1]);
+    EXPECT_EQ(g.textePointeur(g.pointeur(e[3])), "X1");
+
+    const std::size_t i1 = e[4];
+    EXPECT_EQ(g.valeur(i1), "");
+    std::vector<std::size_t> sous;
+    for (std::size_t s : g.sousLignes(i1))
+        sous.push_back(s);
+    ASSERT_EQ(sous.size(), 3u);
+    EXPECT_EQ(g.valeur(sous[0]), "@N2@");
+    EXPECT_EQ(g.cible(sous[0]), e[2]);
+    // A pointer and more text: the text is the value, the pointer holds.
+    EXPECT_EQ(g.valeur(sous[1]), "@N1@ et plus");
+    EXPECT_EQ(g.cible(sous[1]), e[1]);
+    EXPECT_EQ(g.valeur(sous[2]), std::string(70000, 'a') + "b");
+    EXPECT_EQ(g.lien(sous[2]), 0u);
+
+    EXPECT_EQ(g.fin(e[5]), e[6]);
+    std::size_t n = 0;
+    for (std::size_t s : g.sousLignes(e[5]))
+        n += g.valeur(s) == "m";
+    EXPECT_EQ(n, 70000u);
+    EXPECT_EQ(g.valeur(g.sousLigne(e[6], "FAMS")), "@F1@");
+    EXPECT_EQ(g.textePointeur(g.lien(g.sousLigne(e[6], "FAMS"))), "F1");
+    EXPECT_EQ(g.ligne(g.sousLigne(e[6], "FAMS")).numero, g.ligne(e[6]).numero + 1);
+}
+
 TEST(GedcomLignes, FaultyLevelsAreReportedAndKeptInTheTree) {
     const GedcomLu g = lis("0 HEAD\n"
                            "0 @I1@ INDI\n"
@@ -360,8 +407,8 @@ TEST(GedcomMauvaisFichiers, EachGivesAReportAndWhatCouldBeRead) {
         const GedcomLu g = lis(octets);
         EXPECT_NE(g.rapport().inexploitable == Inexploitable::Non && g.rapport().vide(), true);
         for (std::size_t i = 0; i < g.lignes().size(); ++i) {
-            ASSERT_LE(g.ligne(i).fin, g.lignes().size());
-            ASSERT_GT(g.ligne(i).fin, i);
+            ASSERT_LE(g.fin(i), g.lignes().size());
+            ASSERT_GT(g.fin(i), i);
         }
     }
     EXPECT_EQ(lis(std::string(3000, '\0')).rapport().inexploitable, Inexploitable::SansFinDeLigne);

@@ -530,9 +530,9 @@ class LecteurGedcom {
         o.niveauLu = niveau;
         o.valeur.clear();
         if (!d.pointeur.empty()) {
-            l.pointeur = pointeur(d.pointeur, false);
+            l.debut = pointeur(d.pointeur, false);
             l.genre = LigneGedcom::Definit;
-            auto& p = g_.pointeurs_[l.pointeur];
+            auto& p = g_.pointeurs_[l.debut];
             if (p.definition == 0)
                 p.definition = index + 1;
             else
@@ -542,10 +542,11 @@ class LecteurGedcom {
         if (estPointeur(d.valeur)) {
             const std::uint32_t lien = pointeur(d.valeur.substr(1, d.valeur.size() - 2), true);
             if (l.genre == LigneGedcom::Definit) {
-                l.genre = LigneGedcom::Deux;
+                l.genre = LigneGedcom::APart;
+                g_.definitionsAPart_.emplace_back(index, l.debut);
                 g_.liensAPart_.emplace_back(index, lien);
             } else {
-                l.pointeur = lien;
+                l.debut = lien;
                 l.genre = LigneGedcom::Lien;
             }
             o.valeur = d.valeur;
@@ -570,12 +571,34 @@ class LecteurGedcom {
         while (!o.valeur.empty() && estBlanc(o.valeur.back()))
             o.valeur.pop_back();
         LigneGedcom& l = g_.lignes_[o.index];
+        const std::size_t sous = g_.lignes_.size() - o.index;
+        if (sous < LigneGedcom::SousAPart) {
+            l.sous = static_cast<std::uint16_t>(sous);
+        } else {
+            l.sous = LigneGedcom::SousAPart;
+            g_.sousAPart_.emplace_back(o.index, static_cast<std::uint32_t>(sous));
+        }
+        // A pointer stands for the value while it is the whole value: the
+        // pointer's own text.
+        if (l.genre == LigneGedcom::Definit) {
+            if (o.valeur.empty()) return;
+            g_.definitionsAPart_.emplace_back(o.index, l.debut);
+            l.genre = LigneGedcom::APart;
+        } else if (l.genre == LigneGedcom::Lien) {
+            if (o.valeur.size() == g_.pointeurs_[l.debut].longueur + 2) return;
+            g_.liensAPart_.emplace_back(o.index, l.debut);
+            l.genre = LigneGedcom::APart;
+        }
         const std::size_t place = std::numeric_limits<std::uint32_t>::max() - g_.texte_.size();
         if (o.valeur.size() > place) o.valeur.resize(place);
         l.debut = static_cast<std::uint32_t>(g_.texte_.size());
-        l.longueur = static_cast<std::uint32_t>(o.valeur.size());
+        if (o.valeur.size() < LigneGedcom::LongueurAPart) {
+            l.longueur = static_cast<std::uint16_t>(o.valeur.size());
+        } else {
+            l.longueur = LigneGedcom::LongueurAPart;
+            g_.longueursAPart_.emplace_back(o.index, static_cast<std::uint32_t>(o.valeur.size()));
+        }
         g_.texte_ += o.valeur;
-        l.fin = static_cast<std::uint32_t>(g_.lignes_.size());
     }
 
     std::uint32_t numeroTag(std::string_view tag) {
@@ -606,10 +629,12 @@ class LecteurGedcom {
         const auto numero = static_cast<std::uint32_t>(g_.pointeurs_.size());
         index[k] = {numero, haut};
         // The texts come from lines of a file of at most 1 GB: they fit.
-        g_.pointeurs_.push_back({static_cast<std::uint32_t>(g_.textePointeurs_.size()),
+        g_.pointeurs_.push_back({static_cast<std::uint32_t>(g_.textePointeurs_.size() + 1),
                                  static_cast<std::uint32_t>(texte.size()), 0,
                                  usage ? r_.lignes : 0});
+        g_.textePointeurs_ += '@';
         g_.textePointeurs_ += texte;
+        g_.textePointeurs_ += '@';
         return numero;
     }
     void agrandit() {
@@ -701,6 +726,11 @@ class LecteurGedcom {
     }
 
     void termine() {
+        // Lines are closed after their sub-lines: what they keep aside is
+        // put back in the order of the lines.
+        for (GedcomLu::APart* a : {&g_.definitionsAPart_, &g_.liensAPart_, &g_.longueursAPart_,
+                                   &g_.sousAPart_})
+            std::sort(a->begin(), a->end());
         for (std::size_t p = 1; p < g_.pointeurs_.size(); ++p) {
             const auto& ptr = g_.pointeurs_[p];
             if (ptr.definition != 0) continue;

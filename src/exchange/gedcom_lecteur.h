@@ -88,26 +88,28 @@ struct RapportGedcom {
 };
 
 // One line of the file with its CONT and CONC merged into its value. The
-// sub-lines of line i are the lines i+1 to fin-1; its direct sub-lines start
-// at i+1 and each next one at the `fin` of the one before (see SousLignes).
-// A file holds millions of them: the pointer a line defines and the one its
-// value is share one field (GedcomLu::pointeur and GedcomLu::lien), and a
-// tag number too large for 16 bits is kept aside.
+// sub-lines of line i are the lines i+1 to GedcomLu::fin(i)-1; its direct
+// sub-lines start at i+1 and each next one at the end of the one before
+// (see SousLignes). A file holds millions of them, so a line is 16 bytes:
+// the pointer a line defines or the one its value is stands where its
+// value would (that value is the pointer's own text), and what does not fit
+// (a line with a value and a pointer, a long value, a large tag number, a
+// line with more than 65,534 sub-lines) is kept aside.
 struct LigneGedcom {
     std::uint32_t numero = 0;   // line number in the file, from 1
-    std::uint32_t fin = 0;      // index past the last sub-line
-    std::uint32_t debut = 0;    // the value in the text store
-    std::uint32_t longueur = 0;
-    std::uint32_t pointeur = 0; // see `genre`
+    std::uint32_t debut = 0;    // the value in the text store, or the pointer: see `genre`
+    std::uint16_t longueur = 0; // LongueurAPart: kept aside
+    std::uint16_t sous = 0;     // number of sub-lines + 1; SousAPart: kept aside
     std::uint16_t tag = 0;      // number in the tag table of the file; TagAPart: kept aside
     std::uint8_t niveau = 0;    // 0 to 5
-    // What `pointeur` is: Aucun, the pointer this line defines ("0 @I1@
-    // INDI"), the one its whole value is ("1 FAMS @F2@"), or the first
-    // with the second kept aside.
-    enum : std::uint8_t { Aucun, Definit, Lien, Deux } genre = Aucun;
-    static constexpr std::uint16_t TagAPart = 0xFFFF;
+    // What `debut` is: the value (Texte), with the pointers kept aside when
+    // the line has any (APart); the pointer this line defines, with an
+    // empty value ("0 @I1@ INDI"); the pointer its whole value is ("1 FAMS
+    // @F2@").
+    enum : std::uint8_t { Texte, APart, Definit, Lien } genre = Texte;
+    static constexpr std::uint16_t TagAPart = 0xFFFF, LongueurAPart = 0xFFFF, SousAPart = 0xFFFF;
 };
-static_assert(sizeof(LigneGedcom) == 24);
+static_assert(sizeof(LigneGedcom) == 16);
 
 class GedcomLu;
 
@@ -116,25 +118,22 @@ class SousLignes {
   public:
     class iterator {
       public:
-        iterator(const std::vector<LigneGedcom>* l, std::size_t i) : l_(l), i_(i) {}
+        iterator(const GedcomLu* g, std::size_t i) : g_(g), i_(i) {}
         std::size_t operator*() const { return i_; }
-        iterator& operator++() {
-            i_ = (*l_)[i_].fin;
-            return *this;
-        }
+        iterator& operator++();
         bool operator==(const iterator& o) const { return i_ == o.i_; }
 
       private:
-        const std::vector<LigneGedcom>* l_;
+        const GedcomLu* g_;
         std::size_t i_;
     };
-    SousLignes(const std::vector<LigneGedcom>* l, std::size_t debut, std::size_t fin)
-        : l_(l), debut_(debut), fin_(fin) {}
-    iterator begin() const { return {l_, debut_}; }
-    iterator end() const { return {l_, fin_}; }
+    SousLignes(const GedcomLu* g, std::size_t debut, std::size_t fin)
+        : g_(g), debut_(debut), fin_(fin) {}
+    iterator begin() const { return {g_, debut_}; }
+    iterator end() const { return {g_, fin_}; }
 
   private:
-    const std::vector<LigneGedcom>* l_;
+    const GedcomLu* g_;
     std::size_t debut_, fin_;
 };
 
@@ -156,11 +155,26 @@ class GedcomLu {
     const LigneGedcom& ligne(std::size_t i) const { return lignes_[i]; }
     // Indexes of the level-0 lines, in file order.
     const std::vector<std::uint32_t>& enregistrements() const { return enregistrements_; }
-    SousLignes sousLignes(std::size_t i) const { return {&lignes_, i + 1, lignes_[i].fin}; }
+    // The index past the last sub-line of line i.
+    std::size_t fin(std::size_t i) const {
+        const std::uint16_t s = lignes_[i].sous;
+        return i + (s == LigneGedcom::SousAPart ? aPart(sousAPart_, i) : s);
+    }
+    SousLignes sousLignes(std::size_t i) const { return {this, i + 1, fin(i)}; }
 
     std::string_view tag(std::size_t i) const { return tags_[numeroTagLigne(i)]; }
     std::string_view valeur(std::size_t i) const {
-        return std::string_view(texte_).substr(lignes_[i].debut, lignes_[i].longueur);
+        const LigneGedcom& l = lignes_[i];
+        switch (l.genre) {
+        case LigneGedcom::Definit:
+            return {};
+        case LigneGedcom::Lien: // the pointer's text between its "@"
+            return std::string_view(textePointeurs_)
+                .substr(pointeurs_[l.debut].debut - 1, pointeurs_[l.debut].longueur + 2);
+        default:
+            return std::string_view(texte_).substr(
+                l.debut, l.longueur == LigneGedcom::LongueurAPart ? aPart(longueursAPart_, i) : l.longueur);
+        }
     }
     // The number of a tag in this file's table, 0 when the file never uses it.
     std::uint32_t numeroTag(std::string_view tag) const;
@@ -172,13 +186,14 @@ class GedcomLu {
     // The pointer line i defines ("0 @I1@ INDI"), 0 for none.
     std::uint32_t pointeur(std::size_t i) const {
         const LigneGedcom& l = lignes_[i];
-        return l.genre == LigneGedcom::Definit || l.genre == LigneGedcom::Deux ? l.pointeur : 0;
+        if (l.genre == LigneGedcom::Definit) return l.debut;
+        return l.genre == LigneGedcom::APart ? aPart(definitionsAPart_, i) : 0;
     }
     // The pointer the whole value of line i is ("1 FAMS @F2@"), 0 for none.
     std::uint32_t lien(std::size_t i) const {
         const LigneGedcom& l = lignes_[i];
-        if (l.genre == LigneGedcom::Lien) return l.pointeur;
-        return l.genre == LigneGedcom::Deux ? aPart(liensAPart_, i) : 0;
+        if (l.genre == LigneGedcom::Lien) return l.debut;
+        return l.genre == LigneGedcom::APart ? aPart(liensAPart_, i) : 0;
     }
 
     // Pointers are numbered from 1 in order of first sight.
@@ -205,7 +220,7 @@ class GedcomLu {
     friend class LecteurGedcom;
     friend struct ChargeurGedcom;
     struct Pointeur {
-        std::uint32_t debut = 0, longueur = 0; // the text in textePointeurs_
+        std::uint32_t debut = 0, longueur = 0; // the text in textePointeurs_, between "@"
         std::uint32_t definition = 0;          // line index + 1, 0 for none
         std::uint32_t premierUsage = 0;        // line number of the first use
     };
@@ -222,13 +237,19 @@ class GedcomLu {
     std::vector<std::string> tags_{std::string()};
     std::unordered_map<std::string, std::uint32_t> numerosTags_;
     std::vector<Pointeur> pointeurs_{Pointeur{}};
-    std::string textePointeurs_;
+    std::string textePointeurs_; // each text with its "@"
     // Open addressing over the pointer numbers: a slot holds the number
     // and the high bits of its text's hash, 0 when free.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> index_;
-    APart tagsAPart_, liensAPart_; // in order of line index
+    // In order of line index once the file is read.
+    APart tagsAPart_, definitionsAPart_, liensAPart_, longueursAPart_, sousAPart_;
     RapportGedcom rapport_;
 };
+
+inline SousLignes::iterator& SousLignes::iterator::operator++() {
+    i_ = g_->fin(i_);
+    return *this;
+}
 
 // Whether a tag is one of GEDCOM 5.5 (custom "_" tags are not).
 bool TagGedcom55(std::string_view tag);
