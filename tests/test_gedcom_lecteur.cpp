@@ -307,6 +307,36 @@ TEST(GedcomLignes, WhatALineCannotHoldIsKeptAside) {
     EXPECT_EQ(g.ligne(g.sousLigne(e[6], "FAMS")).numero, g.ligne(e[6]).numero + 1);
 }
 
+// Pointers of every form are one pointer per text: "I1" and "I01" are two,
+// a huge number or a text of another form is found as well as "I12".
+TEST(GedcomLignes, EachPointerTextIsOnePointer) {
+    std::string f = "0 HEAD\r\n0 @I1@ INDI\r\n1 ASSO @I999999999@\r\n1 ASSO @I01@\r\n"
+                    "1 ASSO @i1@\r\n1 ASSO @I6000@\r\n1 ASSO @IND1@\r\n";
+    // Enough pointers for the table of "I" to reach 6000 on the way.
+    for (int k = 2; k <= 5000; ++k)
+        f += "0 @I" + std::to_string(k) + "@ INDI\r\n1 FAMS @F" + std::to_string(k % 7 + 1) + "@\r\n";
+    for (std::string t : {"I999999999", "I01", "i1", "I6000", "IND1", "F3", "I1"})
+        f += "0 @" + t + "@ NOTE\r\n";
+    f += "1 ASSO @I6000@\r\n0 TRLR\r\n";
+    const GedcomLu g = lis(f);
+    EXPECT_EQ(nombre(g, Anomalie::PointeurDouble), 1u); // I1
+    EXPECT_EQ(nombre(g, Anomalie::PointeurOrphelin), 6u); // F1 to F7 but F3
+    EXPECT_EQ(g.nombrePointeurs(), 5000u + 5 + 7);
+    const auto& e = g.enregistrements();
+    for (std::uint32_t p = 1; p <= g.nombrePointeurs(); ++p)
+        EXPECT_EQ(g.numeroPointeur(g.textePointeur(p)), p) << g.textePointeur(p);
+    std::vector<std::size_t> asso;
+    for (std::size_t s : g.sousLignes(e[1]))
+        asso.push_back(g.cible(s));
+    const std::size_t notes = e.size() - 8;
+    EXPECT_EQ(asso, (std::vector<std::size_t>{e[notes], e[notes + 1], e[notes + 2], e[notes + 3],
+                                              e[notes + 4]}));
+    EXPECT_EQ(g.textePointeur(g.lien(e[notes + 6] + 1)), "I6000");
+    EXPECT_EQ(g.cible(e[notes + 6] + 1), e[notes + 3]);
+    EXPECT_EQ(g.numeroPointeur("I5001"), 0u);
+    EXPECT_EQ(g.numeroPointeur("I"), 0u);
+}
+
 TEST(GedcomLignes, FaultyLevelsAreReportedAndKeptInTheTree) {
     const GedcomLu g = lis("0 HEAD\n"
                            "0 @I1@ INDI\n"

@@ -354,7 +354,33 @@ std::size_t GedcomLu::compte(std::string_view tag) const {
                       [&](std::uint32_t i) { return numeroTagLigne(i) == t; }));
 }
 
+// A capital then a number of nine digits at most, with no zero in front.
+bool pointeurDirect(std::string_view t, std::uint32_t& lettre, std::uint32_t& n) {
+    if (t.size() < 2 || t.size() > 10 || t[0] < 'A' || t[0] > 'Z' || t[1] < '1' || t[1] > '9')
+        return false;
+    n = 0;
+    for (std::size_t i = 1; i < t.size(); ++i) {
+        if (!estChiffre(t[i])) return false;
+        n = n * 10 + static_cast<std::uint32_t>(t[i] - '0');
+    }
+    lettre = static_cast<std::uint32_t>(t[0] - 'A');
+    return true;
+}
+
+const std::uint32_t* GedcomLu::direct(std::string_view texte, std::uint32_t& n) const {
+    std::uint32_t lettre = 0;
+    if (!pointeurDirect(texte, lettre, n)) return nullptr;
+    const auto& d = directs_[lettre];
+    return n < d.size() ? &d[n] : nullptr;
+}
+
 std::uint32_t GedcomLu::numeroPointeur(std::string_view texte) const {
+    std::uint32_t n = 0;
+    if (const std::uint32_t* d = direct(texte, n); d && *d) return *d;
+    return numeroIndex(texte);
+}
+
+std::uint32_t GedcomLu::numeroIndex(std::string_view texte) const {
     if (index_.empty()) return 0;
     const std::uint64_t h = hachage(texte);
     const auto haut = static_cast<std::uint32_t>(h >> 32);
@@ -614,8 +640,42 @@ class LecteurGedcom {
     }
 
     std::uint32_t pointeur(std::string_view texte, bool usage) {
+        std::uint32_t n = 0;
+        if (const std::uint32_t* d = g_.direct(texte, n); d && *d) {
+            auto& p = g_.pointeurs_[*d];
+            if (usage && p.premierUsage == 0) p.premierUsage = r_.lignes;
+            return *d;
+        }
+        // A pointer seen before the table of its capital reached it is in
+        // the index.
+        std::uint32_t lettre = 0;
+        if (pointeurDirect(texte, lettre, n)) {
+            auto& d = g_.directs_[lettre];
+            const std::size_t ajout = n < d.size() ? 0 : n + 1 - d.size();
+            if (g_.tailleDirects_ + ajout <= 2 * g_.pointeurs_.size() + 4096 &&
+                g_.numeroIndex(texte) == 0) {
+                d.resize(d.size() + ajout);
+                g_.tailleDirects_ += ajout;
+                d[n] = nouveau(texte, usage);
+                return d[n];
+            }
+        }
+        return indexe(texte, usage);
+    }
+    std::uint32_t nouveau(std::string_view texte, bool usage) {
+        const auto numero = static_cast<std::uint32_t>(g_.pointeurs_.size());
+        // The texts come from lines of a file of at most 1 GB: they fit.
+        g_.pointeurs_.push_back({static_cast<std::uint32_t>(g_.textePointeurs_.size() + 1),
+                                 static_cast<std::uint32_t>(texte.size()), 0,
+                                 usage ? r_.lignes : 0});
+        g_.textePointeurs_ += '@';
+        g_.textePointeurs_ += texte;
+        g_.textePointeurs_ += '@';
+        return numero;
+    }
+    std::uint32_t indexe(std::string_view texte, bool usage) {
         auto& index = g_.index_;
-        if (g_.pointeurs_.size() * 2 >= index.size()) agrandit();
+        if (indexes_ * 2 >= index.size()) agrandit();
         const std::uint64_t h = hachage(texte);
         const auto haut = static_cast<std::uint32_t>(h >> 32);
         const std::size_t masque = index.size() - 1;
@@ -626,15 +686,9 @@ class LecteurGedcom {
             if (usage && p.premierUsage == 0) p.premierUsage = r_.lignes;
             return index[k].first;
         }
-        const auto numero = static_cast<std::uint32_t>(g_.pointeurs_.size());
+        const std::uint32_t numero = nouveau(texte, usage);
         index[k] = {numero, haut};
-        // The texts come from lines of a file of at most 1 GB: they fit.
-        g_.pointeurs_.push_back({static_cast<std::uint32_t>(g_.textePointeurs_.size() + 1),
-                                 static_cast<std::uint32_t>(texte.size()), 0,
-                                 usage ? r_.lignes : 0});
-        g_.textePointeurs_ += '@';
-        g_.textePointeurs_ += texte;
-        g_.textePointeurs_ += '@';
+        ++indexes_;
         return numero;
     }
     void agrandit() {
@@ -642,6 +696,8 @@ class LecteurGedcom {
             std::max<std::size_t>(1024, g_.index_.size() * 2));
         const std::size_t masque = neuf.size() - 1;
         for (std::uint32_t p = 1; p < g_.pointeurs_.size(); ++p) {
+            std::uint32_t n = 0;
+            if (const std::uint32_t* d = g_.direct(g_.textePointeur(p), n); d && *d == p) continue;
             const std::uint64_t h = hachage(g_.textePointeur(p));
             std::size_t k = static_cast<std::size_t>(h) & masque;
             while (neuf[k].first != 0)
@@ -756,6 +812,7 @@ class LecteurGedcom {
     bool dialecte_ = false; // a file of this program: "1 SOUR SYLVANE" in its HEAD
     bool reprise_ = false;  // a held-back piece read again as a line of its own
     std::vector<bool> inconnus_; // by tag number - 1
+    std::size_t indexes_ = 0;    // pointers in g_.index_
 };
 
 // The whole read: encoding, counts, then the lines.

@@ -241,6 +241,16 @@ class GedcomLu {
     // Open addressing over the pointer numbers: a slot holds the number
     // and the high bits of its text's hash, 0 when free.
     std::vector<std::pair<std::uint32_t, std::uint32_t>> index_;
+    // Most pointers are a capital and a number ("I12"): those are found by
+    // their number in the table of their capital (0 for none), while the
+    // tables stay within twice the number of pointers; the others by the
+    // index.
+    std::array<std::vector<std::uint32_t>, 26> directs_;
+    std::size_t tailleDirects_ = 0;
+    // The place of a text in directs_, or nullptr (and the number to give
+    // it a place in `n`).
+    const std::uint32_t* direct(std::string_view texte, std::uint32_t& n) const;
+    std::uint32_t numeroIndex(std::string_view texte) const;
     // In order of line index once the file is read.
     APart tagsAPart_, definitionsAPart_, liensAPart_, longueursAPart_, sousAPart_;
     RapportGedcom rapport_;
