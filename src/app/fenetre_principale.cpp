@@ -468,15 +468,23 @@ bool MDIForm1Qt::Arret() {
 
 // --- Child windows -----------------------------------------------------------------------------
 
+namespace {
+
+// A closed child window is hidden at once but deleted only later: until
+// then it is no longer open, and a new one of the same form may be made.
+bool Ouverte(const QMdiSubWindow* sw) { return sw && !sw->isHidden(); }
+
+} // namespace
+
 template <class F> void MDIForm1Qt::PourChaqueFormulaire(F f) const {
     for (const auto& [nom, sw] : fenetres_)
-        if (sw)
+        if (Ouverte(sw))
             if (auto* form = qobject_cast<FormulaireQt*>(sw->widget())) f(form);
 }
 
 FormulaireQt* MDIForm1Qt::Formulaire(const std::string& nom) const {
     auto it = fenetres_.find(nom);
-    if (it == fenetres_.end() || !it->second) return nullptr;
+    if (it == fenetres_.end() || !Ouverte(it->second)) return nullptr;
     return qobject_cast<FormulaireQt*>(it->second->widget());
 }
 
@@ -486,7 +494,7 @@ bool MDIForm1Qt::Disponible(const std::string& formulaire) const {
 
 void MDIForm1Qt::Ouvre(const std::string& formulaire) {
     auto it = fenetres_.find(formulaire);
-    if (it != fenetres_.end() && it->second) {
+    if (it != fenetres_.end() && Ouverte(it->second)) {
         it->second->show();
         if (auto* f = qobject_cast<FormulaireQt*>(it->second->widget())) f->PersonneChangee();
         zone_->setActiveSubWindow(it->second);
@@ -524,7 +532,7 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
 
 bool MDIForm1Qt::EstOuverte(const std::string& formulaire) const {
     auto it = fenetres_.find(formulaire);
-    return it != fenetres_.end() && it->second;
+    return it != fenetres_.end() && Ouverte(it->second);
 }
 
 void MDIForm1Qt::FermeTout() {
@@ -539,7 +547,7 @@ void MDIForm1Qt::FermeTout() {
 
 int MDIForm1Qt::NombreOuvertes() const {
     int n = 0;
-    for (const auto& [nom, sw] : fenetres_) n += sw ? 1 : 0;
+    for (const auto& [nom, sw] : fenetres_) n += Ouverte(sw) ? 1 : 0;
     return n;
 }
 
@@ -548,7 +556,8 @@ void MDIForm1Qt::SynchroniseOnglets() {
     // the area; the tab of the active one is current.
     QList<QMdiSubWindow*> liste;
     for (QMdiSubWindow* sw : zone_->subWindowList())
-        if (sw->widget() && sw->widget()->objectName() != QStringLiteral("FrmDebut")) liste << sw;
+        if (Ouverte(sw) && sw->widget() && sw->widget()->objectName() != QStringLiteral("FrmDebut"))
+            liste << sw;
     const bool bloque = onglets_->blockSignals(true);
     while (onglets_->count() > liste.size()) onglets_->removeTab(onglets_->count() - 1);
     while (onglets_->count() < liste.size()) onglets_->addTab(QString());

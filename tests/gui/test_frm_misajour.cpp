@@ -88,6 +88,31 @@ TEST_F(FicheTest, EscapeOnAChangedSheetAsksThenDropsOnNo) {
     EXPECT_EQ(fenetre->logique().base()->LitPrenom(famille.moi), "Pierre");
 }
 
+TEST_F(FicheTest, NewSheetAfterClosingOneCreatesThePersonTypedThere) {
+    FrmMisajourQt* f = Ouvre(Commande::MnuModif);
+    ASSERT_NE(f, nullptr);
+    QTest::keyClick(f->champ(Champ::Nom), Qt::Key_Escape);
+    // Ctrl+Shift+N at once, before the closed window is gone.
+    QTest::keyClick(fenetre.get(), Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    f = qobject_cast<FrmMisajourQt*>(fenetre->Formulaire("FrmMisajour"));
+    ASSERT_NE(f, nullptr);
+    ASSERT_TRUE(f->isVisible());
+    EXPECT_TRUE(f->champ(Champ::Nom)->text().isEmpty());
+    const std::uint32_t avant = fenetre->logique().base()->Tete().maxPersonne;
+    QLineEdit* nom = f->champ(Champ::Nom);
+    nom->setFocus();
+    QTest::keyClicks(nom, "Durand");
+    QTest::keyClicks(f->champ(Champ::Prenom), "Lucie");
+    QTest::keyClicks(f->champ(Champ::Naiss), "1910");
+    QTest::keyClick(f->champ(Champ::Naiss), Qt::Key_Return);
+    const std::uint32_t nouveau = fenetre->logique().base()->Tete().maxPersonne;
+    ASSERT_EQ(nouveau, avant + 1);
+    EXPECT_EQ(fenetre->logique().base()->LitNom(nouveau), "Durand");
+    EXPECT_EQ(fenetre->logique().base()->LitPrenom(nouveau), "Lucie");
+}
+
 TEST_F(FicheTest, CaptureOfTheSheet) {
     const char* dossierCapture = std::getenv("SYLVANE_CAPTURE");
     if (!dossierCapture) GTEST_SKIP() << "SYLVANE_CAPTURE not set";
