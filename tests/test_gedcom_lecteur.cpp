@@ -304,7 +304,15 @@ TEST(GedcomLignes, WhatALineCannotHoldIsKeptAside) {
     EXPECT_EQ(n, 70000u);
     EXPECT_EQ(g.valeur(g.sousLigne(e[6], "FAMS")), "@F1@");
     EXPECT_EQ(g.textePointeur(g.lien(g.sousLigne(e[6], "FAMS"))), "F1");
-    EXPECT_EQ(g.ligne(g.sousLigne(e[6], "FAMS")).numero, g.ligne(e[6]).numero + 1);
+    EXPECT_EQ(g.numero(g.sousLigne(e[6], "FAMS")), g.numero(e[6]) + 1);
+
+    // Line numbers run on over what is merged or skipped.
+    const GedcomLu h = lis("0 HEAD\n1 NOTE a\n2 CONT b\n2 CONC c\n\n   \n1 SOUR x\n"
+                           "2 DATA\n0 @I1@ INDI\n\n1 NAME y\n");
+    std::vector<std::uint32_t> numeros;
+    for (std::size_t i = 0; i < h.lignes().size(); ++i)
+        numeros.push_back(h.numero(i));
+    EXPECT_EQ(numeros, (std::vector<std::uint32_t>{1, 2, 7, 8, 9, 11}));
 }
 
 // Pointers of every form are one pointer per text: "I1" and "I01" are two,

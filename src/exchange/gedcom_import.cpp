@@ -272,7 +272,7 @@ class Importeur {
     // --- Lines kept in a note
     void EnNote(std::string& note, std::size_t i, int profondeur, bool compter) {
         const std::string_view tag = Tag(i);
-        if (compter && !TagGedcom55(tag)) Exemple(r_.tagsEnNote, g_.ligne(i).numero, std::string(tag));
+        if (compter && !TagGedcom55(tag)) Exemple(r_.tagsEnNote, g_.numero(i), std::string(tag));
         (void)profondeur; // the reader trims values, so depth is not shown
         std::string l;
         std::string libelle = Libelle(tag);
@@ -727,7 +727,7 @@ class Importeur {
         }
         for (std::uint32_t c : enfants) {
             if (c == mari || c == femme) {
-                Exemple(r_.ascendance, g_.ligne(i).numero, b_.NomComplet(c));
+                Exemple(r_.ascendance, g_.numero(i), b_.NomComplet(c));
                 continue;
             }
             // A child of two families (born and adopted) keeps the parents

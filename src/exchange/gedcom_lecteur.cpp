@@ -346,6 +346,13 @@ std::uint32_t GedcomLu::aPart(const APart& a, std::size_t i) {
     return it != a.end() && it->first == i ? it->second : 0;
 }
 
+std::uint32_t GedcomLu::numero(std::size_t i) const {
+    const auto it = std::upper_bound(sauts_.begin(), sauts_.end(), static_cast<std::uint32_t>(i),
+                                     [](std::uint32_t j, const auto& s) { return j < s.first; });
+    if (it == sauts_.begin()) return 0;
+    return std::prev(it)->second + static_cast<std::uint32_t>(i - std::prev(it)->first);
+}
+
 std::size_t GedcomLu::compte(std::string_view tag) const {
     const std::uint32_t t = numeroTag(tag);
     if (t == 0) return 0;
@@ -542,7 +549,9 @@ class LecteurGedcom {
 
         const auto index = static_cast<std::uint32_t>(g_.lignes_.size());
         LigneGedcom l;
-        l.numero = r_.lignes;
+        const auto& sauts = g_.sauts_;
+        if (sauts.empty() || sauts.back().second + (index - sauts.back().first) != r_.lignes)
+            g_.sauts_.emplace_back(index, r_.lignes);
         l.niveau = static_cast<std::uint8_t>(++haut_);
         const std::uint32_t tag = numeroTag(d.tag);
         if (tag < LigneGedcom::TagAPart) {

@@ -90,13 +90,14 @@ struct RapportGedcom {
 // One line of the file with its CONT and CONC merged into its value. The
 // sub-lines of line i are the lines i+1 to GedcomLu::fin(i)-1; its direct
 // sub-lines start at i+1 and each next one at the end of the one before
-// (see SousLignes). A file holds millions of them, so a line is 16 bytes:
-// the pointer a line defines or the one its value is stands where its
-// value would (that value is the pointer's own text), and what does not fit
-// (a line with a value and a pointer, a long value, a large tag number, a
-// line with more than 65,534 sub-lines) is kept aside.
+// (see SousLignes). A file holds millions of them, so a line is 12 bytes:
+// its number in the file follows from the line before but where a CONT, a
+// CONC or a blank line breaks the run; the pointer a line defines or the
+// one its value is stands where its value would (that value is the
+// pointer's own text); and what does not fit (a line with a value and a
+// pointer, a long value, a large tag number, a line with more than 65,534
+// sub-lines) is kept aside.
 struct LigneGedcom {
-    std::uint32_t numero = 0;   // line number in the file, from 1
     std::uint32_t debut = 0;    // the value in the text store, or the pointer: see `genre`
     std::uint16_t longueur = 0; // LongueurAPart: kept aside
     std::uint16_t sous = 0;     // number of sub-lines + 1; SousAPart: kept aside
@@ -109,7 +110,7 @@ struct LigneGedcom {
     enum : std::uint8_t { Texte, APart, Definit, Lien } genre = Texte;
     static constexpr std::uint16_t TagAPart = 0xFFFF, LongueurAPart = 0xFFFF, SousAPart = 0xFFFF;
 };
-static_assert(sizeof(LigneGedcom) == 16);
+static_assert(sizeof(LigneGedcom) == 12);
 
 class GedcomLu;
 
@@ -155,6 +156,8 @@ class GedcomLu {
     const LigneGedcom& ligne(std::size_t i) const { return lignes_[i]; }
     // Indexes of the level-0 lines, in file order.
     const std::vector<std::uint32_t>& enregistrements() const { return enregistrements_; }
+    // The number in the file of line i, from 1.
+    std::uint32_t numero(std::size_t i) const;
     // The index past the last sub-line of line i.
     std::size_t fin(std::size_t i) const {
         const std::uint16_t s = lignes_[i].sous;
@@ -253,6 +256,9 @@ class GedcomLu {
     std::uint32_t numeroIndex(std::string_view texte) const;
     // In order of line index once the file is read.
     APart tagsAPart_, definitionsAPart_, liensAPart_, longueursAPart_, sousAPart_;
+    // The first line of each run of lines that follow each other in the
+    // file, with its number.
+    APart sauts_;
     RapportGedcom rapport_;
 };
 
