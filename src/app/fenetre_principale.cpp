@@ -522,10 +522,15 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
     sw->setWindowIcon(windowIcon());
     connect(form, &QWidget::windowTitleChanged, sw, &QWidget::setWindowTitle);
     fenetres_[formulaire] = sw;
-    if (formulaire == "FrmDebut")
+    if (formulaire == "FrmDebut") {
         sw->showMaximized();
-    else
+    } else {
         sw->show();
+        // A window larger than the area would hide its buttons below the edge.
+        const QSize place = zone_->viewport()->size();
+        if (!place.isEmpty() && (sw->width() > place.width() || sw->height() > place.height()))
+            sw->setGeometry(QRect(QPoint(0, 0), sw->size().boundedTo(place)));
+    }
     zone_->setActiveSubWindow(sw);
     SynchroniseOnglets();
 }

@@ -20,6 +20,7 @@
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -357,6 +358,7 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     L.DefinitVue(this);
     resize(860, 640);
     Retraduit();
+    FocusNouvelle();
 }
 
 FrmMisajourQt::~FrmMisajourQt() { logique_->DefinitVue(nullptr); }
@@ -540,7 +542,18 @@ void FrmMisajourQt::Focus(Champ c) {
     it->second->selectAll();
 }
 
-void FrmMisajourQt::PersonneChangee() { logique_->Actualise(); }
+void FrmMisajourQt::PersonneChangee() {
+    logique_->Actualise();
+    FocusNouvelle();
+}
+
+void FrmMisajourQt::FocusNouvelle() {
+    // A new sheet is typed from its name on, once the window is shown and
+    // active.
+    QTimer::singleShot(0, this, [this] {
+        if (logique_->Nouvelle()) Focus(Champ::Nom);
+    });
+}
 
 void FrmMisajourQt::RecoitGlisser(char genre, std::uint32_t numero) {
     if (genre == 'I') logique_->Montre(numero);

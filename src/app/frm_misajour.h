@@ -50,6 +50,7 @@ class FrmMisajourQt : public FormulaireQt, public VueFiche {
     void Remplit(QTableWidget* t, const std::vector<LigneFiche>& lignes, bool dates, bool lieu);
     void Rubriques();
     void Entree();
+    void FocusNouvelle();
 
     ContexteQt& c_;
     std::unique_ptr<FrmMisajour> logique_;

@@ -715,6 +715,10 @@ DialogueLiens FrmMisajour::Dialogue() {
             return Reponse::Oui;
         }
         if (texte) return boites.Question(msg_fiche::TexteSeul, false, TexteBoite(x));
+        // The other person heads the question: "this woman" alone does not
+        // tell which of two wives is meant.
+        if (!x.titre.empty())
+            return boites.Question(msg_fiche::TexteSeul, false, x.titre + " : " + TexteBoite(x));
         return boites.Question(x.message, false, x.nom);
     };
     d.saisie = [this](int message) -> std::optional<std::string> {

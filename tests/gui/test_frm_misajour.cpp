@@ -100,8 +100,14 @@ TEST_F(FicheTest, NewSheetAfterClosingOneCreatesThePersonTypedThere) {
     ASSERT_NE(f, nullptr);
     ASSERT_TRUE(f->isVisible());
     EXPECT_TRUE(f->champ(Champ::Nom)->text().isEmpty());
-    const std::uint32_t avant = fenetre->logique().base()->Tete().maxPersonne;
+    // The whole window lies in the area, its buttons too, and typing starts
+    // at the name.
+    QWidget* sw = f->parentWidget();
+    EXPECT_TRUE(sw->parentWidget()->rect().contains(sw->geometry()));
+    QApplication::processEvents();
     QLineEdit* nom = f->champ(Champ::Nom);
+    EXPECT_EQ(QApplication::focusWidget(), nom);
+    const std::uint32_t avant = fenetre->logique().base()->Tete().maxPersonne;
     nom->setFocus();
     QTest::keyClicks(nom, "Durand");
     QTest::keyClicks(f->champ(Champ::Prenom), "Lucie");
