@@ -533,6 +533,9 @@ class Importeur {
         const std::string cle = b_.CleAnNaiss(n);
         if (cle < derniereCle_) nonTrie_ = true;
         derniereCle_ = cle;
+        // The sort key of the final sort, made while the base still holds
+        // the person's names at hand rather than read again then.
+        if (b_.Tete().modeTri != '0') b_.CleVue(n);
         ++r_.personnes;
         return n;
     }
