@@ -1,6 +1,7 @@
 #include "app/frm_misajour.h"
 
 #include "app/choix_fiche_qt.h"
+#include "app/frm_texte.h"
 #include "app/texte_qt.h"
 #include "text/rtf.h"
 
@@ -522,7 +523,10 @@ void FrmMisajourQt::FicheChangee() {
     }
     Remplit(docs_, L.Documents(), false, false);
     Rubriques();
-    note_->setPlainText(Q(TexteRtf(L.Note())));
+    // The note shows with its bold, italic and alignment, as the editor
+    // wrote it.
+    if (L.Note().rfind("{\\rtf", 0) == 0) DocumentDepuisSegments(*note_->document(), LitRtf(L.Note()));
+    else note_->setPlainText(Q(TexteRtf(L.Note())));
     noteMar_->setText(Q(TexteRtf(L.NoteMariage())));
     statut_->setText(Q(L.Statut()));
     aide_->setText(L.Aide() ? MT(L.Aide()) : QString());

@@ -40,6 +40,7 @@ class FrmMisajourQt : public FormulaireQt, public VueFiche {
     QTableWidget* conjoints() const { return conjoints_; }
     QTableWidget* enfants() const { return enfants_; }
     QLabel* statut() const { return statut_; }
+    QTextEdit* note() const { return note_; }
 
   protected:
     void closeEvent(QCloseEvent* e) override;

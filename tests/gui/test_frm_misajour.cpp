@@ -11,6 +11,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTableWidget>
+#include <QTextCursor>
+#include <QTextEdit>
 #include <QTest>
 #include <QTimer>
 
@@ -117,6 +119,21 @@ TEST_F(FicheTest, NewSheetAfterClosingOneCreatesThePersonTypedThere) {
     ASSERT_EQ(nouveau, avant + 1);
     EXPECT_EQ(fenetre->logique().base()->LitNom(nouveau), "Durand");
     EXPECT_EQ(fenetre->logique().base()->LitPrenom(nouveau), "Lucie");
+}
+
+TEST_F(FicheTest, NoteShowsOnTheSheetWithItsBoldAndItalic) {
+    Base& b = *fenetre->logique().base();
+    const std::string avant = b.LitNote(famille.moi);
+    b.EcritNote(famille.moi, avant + "\r\n\r\n{\\rtf1\\ansi Laboureur a {\\b Rouen} puis {\\i meunier}}");
+    FrmMisajourQt* f = Ouvre(Commande::MnuModif);
+    ASSERT_NE(f, nullptr);
+    EXPECT_EQ(f->note()->toPlainText(), QStringLiteral("Laboureur a Rouen puis meunier"));
+    QTextCursor c(f->note()->document());
+    c.setPosition(14);
+    EXPECT_TRUE(c.charFormat().fontWeight() >= QFont::Bold);
+    EXPECT_FALSE(c.charFormat().fontItalic());
+    c.setPosition(26);
+    EXPECT_TRUE(c.charFormat().fontItalic());
 }
 
 TEST_F(FicheTest, CaptureOfTheSheet) {
