@@ -247,6 +247,8 @@ TEST(GedcomLignes, ValuesContinuationsAndTheTree) {
     EXPECT_EQ(g.tag(g.cible(source)), "SOUR");
     EXPECT_EQ(g.cible(g.sousLigne(p, "FAMS")), GedcomLu::npos);
     EXPECT_EQ(g.valeur(g.sousLigne(p, "EMAIL")), "a@b.fr");
+    EXPECT_FALSE(g.tag55(g.sousLigne(p, "EMAIL")));
+    EXPECT_TRUE(g.tag55(note));
     const std::size_t date = g.sousLigne(g.sousLigne(g.enregistrements()[2], "DATA"), "DATE");
     EXPECT_EQ(g.valeur(date), "@#DFRENCH R@ 1 VEND 3");
     EXPECT_EQ(g.lien(date), 0u);

@@ -272,7 +272,7 @@ class Importeur {
     // --- Lines kept in a note
     void EnNote(std::string& note, std::size_t i, int profondeur, bool compter) {
         const std::string_view tag = Tag(i);
-        if (compter && !TagGedcom55(tag)) Exemple(r_.tagsEnNote, g_.numero(i), std::string(tag));
+        if (compter && !g_.tag55(i)) Exemple(r_.tagsEnNote, g_.numero(i), std::string(tag));
         (void)profondeur; // the reader trims values, so depth is not shown
         std::string l;
         std::string libelle = Libelle(tag);

@@ -648,10 +648,10 @@ class LecteurGedcom {
             std::string(tag), static_cast<std::uint32_t>(g_.tags_.size()));
         if (nouveau) {
             g_.tags_.emplace_back(tag);
-            inconnus_.push_back(!tagConnu(tag));
-            if (inconnus_.back()) exemple(Anomalie::TagInconnu, tag);
+            g_.tags55_.push_back(tagConnu(tag));
+            if (!g_.tags55_.back()) exemple(Anomalie::TagInconnu, tag);
         }
-        if (inconnus_[it->second - 1]) ++compte(Anomalie::TagInconnu).nombre;
+        if (!g_.tags55_[it->second]) ++compte(Anomalie::TagInconnu).nombre;
         return it->second;
     }
 
@@ -827,7 +827,6 @@ class LecteurGedcom {
     Attente attente_;
     bool dialecte_ = false; // a file of this program: "1 SOUR SYLVANE" in its HEAD
     bool reprise_ = false;  // a held-back piece read again as a line of its own
-    std::vector<bool> inconnus_; // by tag number - 1
     std::size_t indexes_ = 0;    // pointers in g_.index_
 };
 

@@ -166,6 +166,8 @@ class GedcomLu {
     SousLignes sousLignes(std::size_t i) const { return {this, i + 1, fin(i)}; }
 
     std::string_view tag(std::size_t i) const { return tags_[numeroTagLigne(i)]; }
+    // Whether the tag of line i is one of GEDCOM 5.5 (see TagGedcom55).
+    bool tag55(std::size_t i) const { return tags55_[numeroTagLigne(i)]; }
     std::string_view valeur(std::size_t i) const {
         const LigneGedcom& l = lignes_[i];
         switch (l.genre) {
@@ -238,6 +240,7 @@ class GedcomLu {
     std::vector<std::uint32_t> enregistrements_;
     std::string texte_;
     std::vector<std::string> tags_{std::string()};
+    std::vector<bool> tags55_{false}; // by tag number
     std::unordered_map<std::string, std::uint32_t> numerosTags_;
     std::vector<Pointeur> pointeurs_{Pointeur{}};
     std::string textePointeurs_; // each text with its "@"
