@@ -344,8 +344,12 @@ TEST(ListeParente, ALoopOfParentLinksIsWalkedOnce) {
 // Persons 1 to n where person k has father 2k and mother 2k + 1: the Sosa
 // number of each ascendant of person 1 is its person number.
 void ArbreComplet(Arbre& a, std::uint32_t n) {
+    // In one batch of the keyword index, as an import makes them: one by
+    // one, each person would rewrite the whole list of the shared name.
+    a.b().DebutLot();
     for (std::uint32_t k = 1; k <= n; ++k)
         a.Personne("Sosa", std::to_string(k), k % 2 ? 'F' : 'H');
+    a.b().FinLot();
     for (std::uint32_t k = 1; 2 * k <= n; ++k) {
         a.b().EcritPere(k, 2 * k);
         if (2 * k + 1 <= n) a.b().EcritMere(k, 2 * k + 1);
