@@ -534,8 +534,12 @@ class Importeur {
         if (cle < derniereCle_) nonTrie_ = true;
         derniereCle_ = cle;
         // The sort key of the final sort, made while the base still holds
-        // the person's names at hand rather than read again then.
-        if (b_.Tete().modeTri != '0') b_.CleVue(n);
+        // the person's names at hand rather than read again then. The base
+        // reads back no identity of 1000 bytes or more (two bytes at most
+        // for one): the key of a longer one is left to be made as it reads.
+        const std::size_t identite = nom.size() + prenom.size() + autres.size() +
+                                     naiss.jourMois.size() + deces.jourMois.size() + 4;
+        if (b_.Tete().modeTri != '0' && identite < 500) b_.CleVue(n);
         ++r_.personnes;
         return n;
     }
