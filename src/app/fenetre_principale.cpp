@@ -29,6 +29,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace sylvane {
 
 namespace {
@@ -526,10 +528,15 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
         sw->showMaximized();
     } else {
         sw->show();
-        // A window larger than the area would hide its buttons below the edge.
+        // A window larger than the area, or cascaded past its edge, would
+        // hide its buttons: it is brought whole into the area.
         const QSize place = zone_->viewport()->size();
-        if (!place.isEmpty() && (sw->width() > place.width() || sw->height() > place.height()))
-            sw->setGeometry(QRect(QPoint(0, 0), sw->size().boundedTo(place)));
+        if (!place.isEmpty()) {
+            const QSize taille = sw->size().boundedTo(place);
+            const QPoint coin(std::clamp(sw->x(), 0, place.width() - taille.width()),
+                              std::clamp(sw->y(), 0, place.height() - taille.height()));
+            if (taille != sw->size() || coin != sw->pos()) sw->setGeometry(QRect(coin, taille));
+        }
     }
     zone_->setActiveSubWindow(sw);
     SynchroniseOnglets();
