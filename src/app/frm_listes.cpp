@@ -51,28 +51,6 @@ QVariant ModeleListe::headerData(int section, Qt::Orientation o, int role) const
     return Q(logique_.Entete(section));
 }
 
-Qt::ItemFlags ModeleListe::flags(const QModelIndex& index) const {
-    if (!index.isValid()) return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled;
-}
-
-QStringList ModeleListe::mimeTypes() const { return {QStringLiteral("text/plain")}; }
-
-// A row carries its person as the tag "I<n>" that the tabs and the other
-// forms accept.
-QMimeData* ModeleListe::mimeData(const QModelIndexList& indexes) const {
-    if (indexes.isEmpty()) return nullptr;
-    const std::string tag = logique_.TagGlisser(indexes.front().row());
-    if (tag.empty()) return nullptr;
-    auto* m = new QMimeData;
-    m->setText(QString::fromStdString(tag));
-    return m;
-}
-
-void ModeleListe::Recharge() {
-    beginResetModel();
-    endResetModel();
-}
 
 void ModeleListe::Retraduit() { Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1); }
 

@@ -7,7 +7,7 @@
 #include "app/formulaires.h"
 #include "ui/frm_listes.h"
 
-#include <QAbstractTableModel>
+#include "app/modele_glisser.h"
 
 class QGroupBox;
 class QLabel;
@@ -20,23 +20,19 @@ namespace sylvane {
 
 // The rows of the form's logic as a table; column 0, the person number,
 // stays hidden.
-class ModeleListe : public QAbstractTableModel {
+class ModeleListe : public ModeleGlisser {
     Q_OBJECT
   public:
     explicit ModeleListe(FrmListe& logique, QObject* parent = nullptr)
-        : QAbstractTableModel(parent), logique_(logique) {}
+        : ModeleGlisser(parent), logique_(logique) {}
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation o, int role) const override;
-    Qt::ItemFlags flags(const QModelIndex& index) const override;
-    QStringList mimeTypes() const override;
-    QMimeData* mimeData(const QModelIndexList& indexes) const override;
-    Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
-    void Recharge();
     void Retraduit();
 
   private:
+    std::string TagLigne(int ligne) const override { return logique_.TagGlisser(ligne); }
     FrmListe& logique_;
 };
 

@@ -46,26 +46,7 @@ QVariant ModeleRecherche::headerData(int section, Qt::Orientation o, int role) c
     return MT(logique_.Entete(section));
 }
 
-Qt::ItemFlags ModeleRecherche::flags(const QModelIndex& index) const {
-    if (!index.isValid()) return Qt::NoItemFlags;
-    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled;
-}
 
-QStringList ModeleRecherche::mimeTypes() const { return {QStringLiteral("text/plain")}; }
-
-QMimeData* ModeleRecherche::mimeData(const QModelIndexList& indexes) const {
-    if (indexes.isEmpty()) return nullptr;
-    const std::string tag = logique_.TagGlisser(static_cast<std::size_t>(indexes.front().row()));
-    if (tag.empty()) return nullptr;
-    auto* m = new QMimeData;
-    m->setText(QString::fromStdString(tag));
-    return m;
-}
-
-void ModeleRecherche::Recharge() {
-    beginResetModel();
-    endResetModel();
-}
 
 // --- The shared window ---------------------------------------------------------------------
 

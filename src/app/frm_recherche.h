@@ -7,7 +7,7 @@
 #include "app/formulaires.h"
 #include "ui/frm_recherche.h"
 
-#include <QAbstractTableModel>
+#include "app/modele_glisser.h"
 
 class QCheckBox;
 class QComboBox;
@@ -19,22 +19,19 @@ class QTableView;
 
 namespace sylvane {
 
-class ModeleRecherche : public QAbstractTableModel {
+class ModeleRecherche : public ModeleGlisser {
     Q_OBJECT
   public:
     explicit ModeleRecherche(FrmRechercheCommun& logique, QObject* parent = nullptr)
-        : QAbstractTableModel(parent), logique_(logique) {}
+        : ModeleGlisser(parent), logique_(logique) {}
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation o, int role) const override;
-    Qt::ItemFlags flags(const QModelIndex& index) const override;
-    QStringList mimeTypes() const override;
-    QMimeData* mimeData(const QModelIndexList& indexes) const override;
-    Qt::DropActions supportedDragActions() const override { return Qt::CopyAction; }
-    void Recharge();
-
   private:
+    std::string TagLigne(int ligne) const override {
+        return logique_.TagGlisser(static_cast<std::size_t>(ligne));
+    }
     FrmRechercheCommun& logique_;
 };
 
