@@ -191,7 +191,13 @@ MDIForm1Qt::MDIForm1Qt(Application& app)
     EtatChange();
 }
 
-MDIForm1Qt::~MDIForm1Qt() { logique_->DefinitVue(nullptr); }
+MDIForm1Qt::~MDIForm1Qt() {
+    logique_->DefinitVue(nullptr);
+    // The child windows still open are closed by QWidget's destructor, when
+    // this window is no longer whole: their activation must not reach it.
+    zone_->disconnect(this);
+    onglets_->disconnect(this);
+}
 
 // --- Menus and tool bar -------------------------------------------------------------
 
