@@ -79,21 +79,9 @@ FrmListeQt::FrmListeQt(ContexteQt& c, GenreListe genre, QWidget* parent)
     }
     ordres_[logique_.Presentation()]->setChecked(true);
 
-    grille_ = new QTableView(this);
+    grille_ = GrilleGlisser(this);
     grille_->setModel(modele_);
     grille_->setColumnHidden(0, true);
-    grille_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    grille_->setSelectionMode(QAbstractItemView::SingleSelection);
-    grille_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    grille_->setDragEnabled(true);
-    grille_->setDragDropMode(QAbstractItemView::DragOnly);
-    grille_->setAlternatingRowColors(true);
-    grille_->setWordWrap(false);
-    grille_->verticalHeader()->hide();
-    grille_->verticalHeader()->setDefaultSectionSize(grille_->fontMetrics().height() + 6);
-    grille_->horizontalHeader()->setStretchLastSection(true);
-    grille_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    grille_->setTabKeyNavigation(false);
     nombre_ = new QLabel(this);
 
     auto bouton = [this] { return new QPushButton(this); };

@@ -53,20 +53,8 @@ QVariant ModeleRecherche::headerData(int section, Qt::Orientation o, int role) c
 FrmRechercheQt::FrmRechercheQt(ContexteQt& c, FrmRechercheCommun& logique, QWidget* parent)
     : FormulaireQt(parent), c_(c), base_(logique) {
     modele_ = new ModeleRecherche(logique, this);
-    grille_ = new QTableView(this);
-    grille_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    grille_->setSelectionMode(QAbstractItemView::SingleSelection);
-    grille_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    grille_->setDragEnabled(true);
-    grille_->setDragDropMode(QAbstractItemView::DragOnly);
-    grille_->setAlternatingRowColors(true);
-    grille_->setWordWrap(false);
-    grille_->verticalHeader()->hide();
-    grille_->verticalHeader()->setDefaultSectionSize(grille_->fontMetrics().height() + 6);
-    grille_->horizontalHeader()->setStretchLastSection(true);
-    grille_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    grille_ = GrilleGlisser(this);
     grille_->horizontalHeader()->setSectionsClickable(true);
-    grille_->setTabKeyNavigation(false);
     nombre_ = new QLabel(this);
     auto bouton = [this] { return new QPushButton(this); };
     cmdRecherche_ = bouton();

@@ -3,8 +3,10 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QHeaderView>
 #include <QMimeData>
 #include <QStringList>
+#include <QTableView>
 
 #include <string>
 
@@ -38,5 +40,24 @@ class ModeleGlisser : public QAbstractTableModel {
     // The drag tag of a row, "" when it has none.
     virtual std::string TagLigne(int ligne) const = 0;
 };
+
+// The grid over such a model: whole rows, read-only, dragged out, rows as
+// high as the text.
+inline QTableView* GrilleGlisser(QWidget* parent) {
+    auto* g = new QTableView(parent);
+    g->setSelectionBehavior(QAbstractItemView::SelectRows);
+    g->setSelectionMode(QAbstractItemView::SingleSelection);
+    g->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    g->setDragEnabled(true);
+    g->setDragDropMode(QAbstractItemView::DragOnly);
+    g->setAlternatingRowColors(true);
+    g->setWordWrap(false);
+    g->verticalHeader()->hide();
+    g->verticalHeader()->setDefaultSectionSize(g->fontMetrics().height() + 6);
+    g->horizontalHeader()->setStretchLastSection(true);
+    g->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    g->setTabKeyNavigation(false);
+    return g;
+}
 
 } // namespace sylvane
