@@ -496,8 +496,14 @@ FormulaireQt* MDIForm1Qt::Formulaire(const std::string& nom) const {
     return qobject_cast<FormulaireQt*>(it->second->widget());
 }
 
+// A form shown once for each record ("FrmDesImage:12") is made by the
+// factory of its name before the ":", and known as a window by the whole.
+static std::string NomFabrique(const std::string& formulaire) {
+    return formulaire.substr(0, formulaire.find(':'));
+}
+
 bool MDIForm1Qt::Disponible(const std::string& formulaire) const {
-    return RegistreFormulaires().count(formulaire) != 0;
+    return RegistreFormulaires().count(NomFabrique(formulaire)) != 0;
 }
 
 void MDIForm1Qt::Ouvre(const std::string& formulaire) {
@@ -508,7 +514,7 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
         zone_->setActiveSubWindow(it->second);
         return;
     }
-    auto fabrique = RegistreFormulaires().find(formulaire);
+    auto fabrique = RegistreFormulaires().find(NomFabrique(formulaire));
     if (fabrique == RegistreFormulaires().end()) return;
     FormulaireQt* form = fabrique->second(contexte_);
     if (!form) return;
