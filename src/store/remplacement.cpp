@@ -194,6 +194,24 @@ class ChangementsIndex {
     std::map<std::uint32_t, std::map<std::string, Changement>> mots_;
 };
 
+// The person and marriage blocks about to be written in place get their
+// copies in the journal at once: one sync for all of them, instead of one
+// for each block the caches give back on the way.
+void JournaliseBlocs(Base& b, const std::vector<std::uint32_t>& personnes,
+                     const std::vector<std::uint32_t>& mariages) {
+    auto copie = [&b](Table t, const std::vector<std::uint32_t>& numeros, std::uint32_t taille) {
+        std::uint32_t precedent = 0;
+        for (auto n : numeros) {
+            const std::uint32_t bloc = (n - 1) / 100 + 1;
+            if (n == 0 || bloc == precedent) continue;
+            precedent = bloc;
+            if (const std::uint32_t pos = b.PositionBloc(t, bloc)) b.SauveAvant(pos, taille);
+        }
+    };
+    copie(Table::Personnes, personnes, 6000);
+    copie(Table::Mariages, mariages, 3000);
+}
+
 // Every note of the base (persons in sort order, then marriages) passed
 // through `f`, which answers whether it changed the text.
 template <class F>
@@ -487,6 +505,9 @@ BilanRemplacement RemplaceMot(Base& b, const DemandeRemplacement& d,
 
     // 2. The writes, in one commit.
     EnUnCommit(b, [&] {
+        std::vector<std::uint32_t> mariages;
+        for (const auto& nm : notesMariages) mariages.push_back(nm.first);
+        JournaliseBlocs(b, touches, mariages);
         std::vector<std::string> anciens;
         anciens.reserve(touches.size());
         for (auto n : touches) anciens.push_back(b.NoteAvecMariages(n));

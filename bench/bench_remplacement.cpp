@@ -1,0 +1,102 @@
+// The replacement of a keyword held by every one of 100,000 persons, in a
+// real file: the notes rewritten, the index moved and the commit, against
+// a target of one second. Also the merge into a word the index already has.
+#include "store/base.h"
+#include "store/fichier.h"
+#include "store/fichier_memoire.h"
+#include "store/remplacement.h"
+
+#include <benchmark/benchmark.h>
+
+#include <fstream>
+#include <random>
+
+using namespace sylvane;
+
+namespace {
+
+constexpr std::uint32_t kPersonnes = 100000;
+const std::string kModele = "/tmp/sylvane_bench_remplacement_modele.sv2";
+const std::string kChemin = "/tmp/sylvane_bench_remplacement.sv2";
+
+// Every person a "laboureur" but one in ten a "tisserand"; a third of the
+// men married at "Paris" (a keyword of both spouses).
+void Prepare() {
+    static bool fait = false;
+    if (fait) return;
+    fait = true;
+    SystemeMemoire fs;
+    Parametres p;
+    Base b(fs, p);
+    b.Nouvelle("/b.sv2");
+    std::mt19937 rng(11);
+    b.DebutLot();
+    std::vector<std::uint32_t> femmes;
+    for (std::uint32_t i = 1; i <= kPersonnes; ++i) {
+        const char sexe = "HF"[rng() % 2];
+        const std::uint32_t n =
+            b.CreePersonne("Nom" + std::to_string(rng() % 3000), "Prenom" + std::to_string(rng() % 200),
+                           "", sexe, std::to_string(1700 + rng() % 200));
+        const std::string suite = std::string(" $Lieu") + std::to_string(rng() % 2000) +
+                                  "\r\nOCCU  \\laboureur" + (i % 10 ? "" : " \\tisserand");
+        b.EcritNote(n, b.LitNote(n) + suite);
+        b.AjoutLot(n, suite);
+        if (sexe == 'F') femmes.push_back(n);
+        if (sexe == 'H' && rng() % 3 == 0 && !femmes.empty()) {
+            const std::uint32_t f = femmes[rng() % femmes.size()];
+            const std::uint32_t m = b.CreeMariage(n, f, std::to_string(1720 + rng() % 200));
+            b.EcritNoteMariage(m, "1750 @Paris");
+            b.AjoutLot(n, "@Paris");
+            b.AjoutLot(f, "@Paris");
+        }
+    }
+    b.FinLot();
+    b.FermeBase();
+    std::ofstream(kModele, std::ios::binary) << fs.contenu("/b.sv2");
+}
+
+void Copie() {
+    std::ifstream in(kModele, std::ios::binary);
+    std::ofstream out(kChemin, std::ios::binary);
+    out << in.rdbuf();
+}
+
+void Remplace(benchmark::State& state, const DemandeRemplacement& d) {
+    Prepare();
+    Parametres p;
+    std::size_t occurrences = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Copie();
+        Base b(systemeReel(), p);
+        b.Ouvre(kChemin);
+        state.ResumeTiming();
+        occurrences = RemplaceMot(b, d).occurrences;
+        state.PauseTiming();
+        b.FermeBase();
+        state.ResumeTiming();
+    }
+    state.counters["occurrences"] = static_cast<double>(occurrences);
+}
+
+// A new word for all 100,000 persons.
+void BM_RemplaceMotNouveau(benchmark::State& state) {
+    Remplace(state, {'\\', "laboureur", "cultivateur"});
+}
+BENCHMARK(BM_RemplaceMotNouveau)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// Into a word 10,000 of them already hold: the two lists merge.
+void BM_RemplaceMotExistant(benchmark::State& state) {
+    Remplace(state, {'\\', "laboureur", "tisserand"});
+}
+BENCHMARK(BM_RemplaceMotExistant)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+// A marriage place: the notes of the marriages, both spouses' lists.
+void BM_RemplaceLieuMariage(benchmark::State& state) {
+    Remplace(state, {'@', "paris", "Lyon"});
+}
+BENCHMARK(BM_RemplaceLieuMariage)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+} // namespace
+
+BENCHMARK_MAIN();
