@@ -175,9 +175,8 @@ class SortiePdf : public QIODevice {
 
 } // namespace
 
-FinPages EcritPdf(SystemeFichiers& fs, const std::string& gabarit, const std::string& cible,
-                  const OptionsPages& o, const MetriqueQt& m) {
-    if (!fs.existe(gabarit)) return FinPages::Absent;
+FinPages EcritPdfPages(SystemeFichiers& fs, const std::string& cible, const Papier& papier,
+                       const MetriqueQt& m, const std::function<FinPages(SurfaceQt&)>& dessine) {
     EcritureAtomique sortie(fs, cible);
     SortiePdf appareil(sortie.Sortie());
     FinPages fin;
@@ -185,19 +184,26 @@ FinPages EcritPdf(SystemeFichiers& fs, const std::string& gabarit, const std::st
         QPdfWriter pdf(&appareil);
         pdf.setCreator(QStringLiteral("Sylvane"));
         pdf.setResolution(1440); // a unit of the page is a twip
-        const QPageSize taille(QSizeF(static_cast<double>(o.papier.largeur) / kTwipsParPoint,
-                                      static_cast<double>(o.papier.hauteur) / kTwipsParPoint),
+        const QPageSize taille(QSizeF(static_cast<double>(papier.largeur) / kTwipsParPoint,
+                                      static_cast<double>(papier.hauteur) / kTwipsParPoint),
                                QPageSize::Point, QString(), QPageSize::ExactMatch);
         pdf.setPageLayout(QPageLayout(taille, QPageLayout::Portrait, QMarginsF()));
         QPainter p(&pdf);
         SurfaceQt s(p, m, pdf.resolution() / 1440.0);
         s.Pagine(pdf);
-        fin = ImprimePages(fs, gabarit, s, o);
+        fin = dessine(s);
         p.end();
     }
     appareil.Termine();
     if (fin == FinPages::Termine) sortie.Valide();
     return fin;
+}
+
+FinPages EcritPdf(SystemeFichiers& fs, const std::string& gabarit, const std::string& cible,
+                  const OptionsPages& o, const MetriqueQt& m) {
+    if (!fs.existe(gabarit)) return FinPages::Absent;
+    return EcritPdfPages(fs, cible, o.papier, m,
+                         [&](SurfaceQt& s) { return ImprimePages(fs, gabarit, s, o); });
 }
 
 } // namespace sylvane

@@ -13,6 +13,8 @@
 #include <QFontMetricsF>
 #include <QString>
 
+#include <functional>
+
 class QPainter;
 class QPagedPaintDevice;
 
@@ -79,5 +81,9 @@ class SurfaceQt : public Surface {
 // QGuiApplication. Throws ErreurES when the file can't be written.
 FinPages EcritPdf(SystemeFichiers& fs, const std::string& gabarit, const std::string& cible,
                   const OptionsPages& o, const MetriqueQt& m);
+// The pages that `dessine` draws on the surface, each of `papier`, as the
+// PDF file `cible`; kept only when `dessine` answers Termine.
+FinPages EcritPdfPages(SystemeFichiers& fs, const std::string& cible, const Papier& papier,
+                       const MetriqueQt& m, const std::function<FinPages(SurfaceQt&)>& dessine);
 
 } // namespace sylvane

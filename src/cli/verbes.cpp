@@ -79,6 +79,11 @@ std::span<const Verbe> Verbes() {
               "[--font-max P] [--other TAG] "
               "(--svg OUT.svg | --svp OUT.svp | --pdf OUT.pdf)",
               VerbeChart},
+        Verbe{"print",
+              "print BASE.sv2 N [--report sheet|family|asc|desc] [--levels L] "
+              "[--contents complete|quick] [--order 0-3] [--spouses] [--couple] [--events] "
+              "[--documents] [--no-implex] [--paper A4|A3|A5|letter] [--landscape] --pdf OUT.pdf",
+              VerbePrint},
     };
     return table;
 }

@@ -38,6 +38,7 @@ int VerbeLink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeUnlink(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMarry(const Arguments&, std::ostream&, std::ostream&);
 int VerbeChart(const Arguments&, std::ostream&, std::ostream&);
+int VerbePrint(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchName(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchKeyword(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchCouple(const Arguments&, std::ostream&, std::ostream&);

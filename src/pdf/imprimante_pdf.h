@@ -8,6 +8,7 @@
 #include "charts/surface.h"
 #include "store/fichier.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -22,6 +23,11 @@ class ImprimantePdf {
     // whole or not at all.
     virtual FinPages Ecrit(SystemeFichiers& fs, const std::string& gabarit,
                            const std::string& cible, const OptionsPages& o) = 0;
+    // The pages `dessine` draws on the PDF's surface, each of `papier`, as
+    // the PDF `cible`: kept only when `dessine` answers Termine.
+    virtual FinPages EcritPages(SystemeFichiers& fs, const std::string& cible,
+                                const Papier& papier,
+                                const std::function<FinPages(Surface&)>& dessine) = 0;
 };
 
 using FabriqueImprimantePdf = std::unique_ptr<ImprimantePdf> (*)();

@@ -35,6 +35,11 @@ class ImprimantePdfQt : public ImprimantePdf {
                    const OptionsPages& o) override {
         return EcritPdf(fs, gabarit, cible, o, *mesure_);
     }
+    FinPages EcritPages(SystemeFichiers& fs, const std::string& cible, const Papier& papier,
+                        const std::function<FinPages(Surface&)>& dessine) override {
+        return EcritPdfPages(fs, cible, papier, *mesure_,
+                             [&](SurfaceQt& s) { return dessine(s); });
+    }
 
   private:
     int argc_ = 1;
