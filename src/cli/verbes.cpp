@@ -84,6 +84,8 @@ std::span<const Verbe> Verbes() {
               "[--contents complete|quick] [--order 0-3] [--spouses] [--couple] [--events] "
               "[--documents] [--no-implex] [--paper A4|A3|A5|letter] [--landscape] --pdf OUT.pdf",
               VerbePrint},
+        Verbe{"replace-keyword", "replace-keyword BASE.sv2 GENRE ANCIEN NOUVEAU [--all]",
+              VerbeReplaceKeyword},
     };
     return table;
 }

@@ -43,5 +43,6 @@ int VerbeSearchName(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchKeyword(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchCouple(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchEvents(const Arguments&, std::ostream&, std::ostream&);
+int VerbeReplaceKeyword(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli
