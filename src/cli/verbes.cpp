@@ -64,6 +64,12 @@ std::span<const Verbe> Verbes() {
         Verbe{"repair",
               "repair names|firstnames BASE.sv2 [--surname-case 1|2] [--first-name-case 1|2]",
               VerbeRepair},
+        Verbe{"duplicates", "duplicates BASE.sv2 [--level 0|1|2|3] [--marriages A/B]",
+              VerbeDuplicates},
+        Verbe{"merge",
+              "merge BASE.sv2 KEPT DROPPED [--parents first|second|both] "
+              "[--notes first|second|both] [--yes]",
+              VerbeMerge},
         Verbe{"export-svr",
               "export-svr BASE.sv2 OUT.svr [--ascendants N|--descendants N]... [--collaterals] "
               "[--complete] [--no-after-1900]",

@@ -29,6 +29,8 @@ int VerbeExportGedcom(const Arguments&, std::ostream&, std::ostream&);
 int VerbeReorganise(const Arguments&, std::ostream&, std::ostream&);
 int VerbeControl(const Arguments&, std::ostream&, std::ostream&);
 int VerbeRepair(const Arguments&, std::ostream&, std::ostream&);
+int VerbeDuplicates(const Arguments&, std::ostream&, std::ostream&);
+int VerbeMerge(const Arguments&, std::ostream&, std::ostream&);
 int VerbeExportSvr(const Arguments&, std::ostream&, std::ostream&);
 int VerbeImportSvr(const Arguments&, std::ostream&, std::ostream&);
 int VerbeIntegrate(const Arguments&, std::ostream&, std::ostream&);
