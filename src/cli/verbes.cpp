@@ -92,6 +92,15 @@ std::span<const Verbe> Verbes() {
               VerbePrint},
         Verbe{"replace-keyword", "replace-keyword BASE.sv2 GENRE ANCIEN NOUVEAU [--all]",
               VerbeReplaceKeyword},
+        Verbe{"html-site", "html-site BASE.sv2 OUTDIR [--decujus N]", VerbeHtmlSite},
+        Verbe{"html-report",
+              "html-report BASE.sv2 N --report asc|desc|family [--levels L] [--single] "
+              "OUTDIR|OUT.htm",
+              VerbeHtmlReport},
+        Verbe{"rtf",
+              "rtf BASE.sv2 N --report sheet|family|asc|desc [--levels L] [--quick] "
+              "[--font NAME] OUT.rtf",
+              VerbeRtf},
     };
     return table;
 }

@@ -46,5 +46,8 @@ int VerbeSearchKeyword(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchCouple(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchEvents(const Arguments&, std::ostream&, std::ostream&);
 int VerbeReplaceKeyword(const Arguments&, std::ostream&, std::ostream&);
+int VerbeHtmlSite(const Arguments&, std::ostream&, std::ostream&);
+int VerbeHtmlReport(const Arguments&, std::ostream&, std::ostream&);
+int VerbeRtf(const Arguments&, std::ostream&, std::ostream&);
 
 } // namespace sylvane::cli
