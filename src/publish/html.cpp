@@ -523,6 +523,7 @@ struct EcrivainHTML::Etat {
         s.Ligne("<FRAME src=\"k1.htm\" name=\"R\">");
         s.Ligne("<FRAME src=\"k1_1.htm\" name=\"I\">");
         s.Ligne("</frameset>");
+        if (Vivante(w.personneAccueil)) premier = w.personneAccueil;
         const std::string page = w.documentAccueil ? "d" + N(w.documentAccueil) + ".htm"
                                  : premier         ? "i" + N(premier) + ".htm"
                                                    : "";

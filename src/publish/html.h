@@ -39,6 +39,9 @@ class EcrivainHTML {
     std::string auteur;
     // The base's home document, 0 for none.
     std::uint32_t documentAccueil = 0;
+    // The person whose page opens the site's right frame when there is no
+    // home document; 0: the first person of the first word.
+    std::uint32_t personneAccueil = 0;
     OptionsFiche options;
 
     // The whole site in `dossier` (created when missing): the keyword

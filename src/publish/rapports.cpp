@@ -20,7 +20,7 @@ std::vector<std::string> SegmentsLignes(const std::string& lignes) {
     std::string s;
     for (std::size_t i = 0; i < lignes.size(); ++i) {
         const char c = lignes[i];
-        if (c == '\0' || (c == '#' && (i == 0 || lignes[i - 1] != '&'))) {
+        if (c == '\0' || (c == '#' && (i == 0 || (lignes[i - 1] != '&' && lignes[i - 1] != '"')))) {
             if (!s.empty()) r.push_back(s);
             s.clear();
         } else {

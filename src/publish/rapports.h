@@ -16,7 +16,8 @@ namespace sylvane {
 enum class GenreRapport { Ascendants, Descendants, Famille, Fiche };
 
 // One person of a report and the lines under its name: segments
-// separated by NUL or "#" ("&#" of a character reference excepted).
+// separated by NUL or "#" (not the "#" of a character reference "&#" nor
+// of a link "\"#").
 struct EntreeRapport {
     std::uint32_t personne = 0;
     std::string lignes;
