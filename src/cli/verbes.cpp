@@ -85,6 +85,16 @@ std::span<const Verbe> Verbes() {
               "[--font-max P] [--other TAG] "
               "(--svg OUT.svg | --svp OUT.svp | --pdf OUT.pdf)",
               VerbeChart},
+        Verbe{"relationship",
+              "relationship BASE.sv2 N [M...] [--mode common-asc|common-desc|filiation] "
+              "[--generations G] [--svp OUT.svp] [--pdf OUT.pdf] [--progress]",
+              VerbeRelationship},
+        Verbe{"cousins",
+              "cousins BASE.sv2 N M [N...] [--generations G] [--subject N]... [--files DOSSIER] "
+              "[--progress]",
+              VerbeCousins},
+        Verbe{"branch", "branch BASE.sv2 N --asc|--desc [--depth D] [--rtf OUT.rtf] [--html OUT.htm]",
+              VerbeBranch},
         Verbe{"print",
               "print BASE.sv2 N [--report sheet|family|asc|desc] [--levels L] "
               "[--contents complete|quick] [--order 0-3] [--spouses] [--couple] [--events] "
