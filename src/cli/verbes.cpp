@@ -28,6 +28,8 @@ std::span<const Verbe> Verbes() {
               "republican ...",
               VerbeText},
         Verbe{"events", "events BASE.sv2", VerbeEvents},
+        Verbe{"event", "event BASE.sv2 N  (un \xC3\xA9v\xC3\xA9nement, ses personnes et leurs r\xC3\xB4les)",
+              VerbeEvent},
         Verbe{"documents", "documents BASE.sv2", VerbeDocuments},
         Verbe{"keywords", "keywords BASE.sv2 [SYMBOLE]", VerbeKeywords},
         Verbe{"add-event",

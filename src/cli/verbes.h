@@ -18,6 +18,7 @@ int VerbeAddPerson(const Arguments&, std::ostream&, std::ostream&);
 int VerbeMes(const Arguments&, std::ostream&, std::ostream&);
 int VerbeText(const Arguments&, std::ostream&, std::ostream&);
 int VerbeEvents(const Arguments&, std::ostream&, std::ostream&);
+int VerbeEvent(const Arguments&, std::ostream&, std::ostream&);
 int VerbeDocuments(const Arguments&, std::ostream&, std::ostream&);
 int VerbeKeywords(const Arguments&, std::ostream&, std::ostream&);
 int VerbeAddEvent(const Arguments&, std::ostream&, std::ostream&);

@@ -67,6 +67,13 @@ class Fenetres {
     virtual bool Disponible(const std::string& formulaire) const = 0;
     // Creates the form on first use, shows it and brings it to the front.
     virtual void Ouvre(const std::string& formulaire) = 0;
+    // A form of which several may be open, one per record (the event
+    // forms): brings forward the one open on record n, or opens a new one
+    // (always for n = 0, a record not written yet). By default the window
+    // of the name, a colon and the number ("FrmDesEvt:12").
+    virtual void OuvreNumero(const std::string& formulaire, std::uint32_t n) {
+        Ouvre(formulaire + ":" + std::to_string(n));
+    }
     virtual bool EstOuverte(const std::string& formulaire) const = 0;
     // Closes every child window (a base is opened or closed).
     virtual void FermeTout() = 0;

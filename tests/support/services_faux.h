@@ -74,6 +74,11 @@ struct FenetresFausses : Fenetres {
     void Ouvre(const std::string& f) override {
         if (!EstOuverte(f)) ouvertes.push_back(f);
     }
+    std::vector<std::pair<std::string, std::uint32_t>> numeros; // OuvreNumero, in order
+    void OuvreNumero(const std::string& f, std::uint32_t n) override {
+        numeros.emplace_back(f, n);
+        Ouvre(f);
+    }
     bool EstOuverte(const std::string& f) const override {
         for (const auto& o : ouvertes)
             if (o == f) return true;
