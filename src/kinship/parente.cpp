@@ -173,7 +173,12 @@ ResultatParente DescendanceCommune(Base& b, const std::vector<std::uint32_t>& se
 }
 
 std::string TexteNoeudParente(Base& b, std::uint32_t personne) {
-    return b.NomComplet(personne) + "#" + b.NomDates(personne);
+    // The short form under the name: its dates, when it has any.
+    const std::string nom = b.NomComplet(personne), court = b.NomDates(personne);
+    std::string dates = court.rfind(nom, 0) == 0 ? court.substr(nom.size()) : court;
+    dates.erase(0, dates.find_first_not_of(' '));
+    dates.erase(dates.find_last_not_of(' ') + 1);
+    return dates.empty() ? nom : nom + "#" + dates;
 }
 
 // --- The graph ---------------------------------------------------------------------

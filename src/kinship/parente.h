@@ -135,7 +135,7 @@ class GrapheParente {
     std::vector<std::size_t> index_; // by person: node number
 };
 
-// The text of a node's box: the name, then the name with its dates.
+// The text of a node's box: the name, then its dates.
 std::string TexteNoeudParente(Base& b, std::uint32_t personne);
 
 } // namespace sylvane

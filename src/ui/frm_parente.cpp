@@ -1,0 +1,219 @@
+// The logic of the relationship, cousinage and branch windows.
+#include "ui/frm_parente.h"
+
+#include "text/messages.h"
+
+#include <algorithm>
+
+namespace sylvane {
+namespace {
+
+// Captions of this window that have no number of their own.
+constexpr int kMsgAscendanceBranche = 4500, kMsgDescendanceBranche = 4501;
+
+std::string Remplace(std::string texte, const std::string& nom) {
+    if (const auto p = texte.find("&1"); p != std::string::npos) texte.replace(p, 2, nom);
+    return texte;
+}
+
+} // namespace
+
+// --- FrmRechAscendant ---------------------------------------------------------------
+
+FrmRechAscendant::FrmRechAscendant(MDIForm1& mdi)
+    : generations(mdi.app().parametres().maximumRechercheParente), mdi_(mdi) {
+    if (mdi_.base() && mdi_.PersonneEnCours()) Ajoute(mdi_.PersonneEnCours());
+}
+
+bool FrmRechAscendant::Ajoute(std::uint32_t personne) {
+    Base* b = mdi_.base();
+    if (!b || personne == 0) return false;
+    for (const Ligne& l : grille_)
+        if (l.personne == personne) {
+            mdi_.services().boites.Information(588);
+            return false;
+        }
+    Ligne l;
+    l.personne = personne;
+    l.nom = b->NomComplet(personne);
+    const std::string n = b->LitAnNaiss(personne), d = b->LitAnDeces(personne);
+    if (!n.empty() || !d.empty()) l.dates = n + "-" + d;
+    grille_.insert(grille_.begin(), l);
+    return true;
+}
+
+void FrmRechAscendant::CmdRechercher() {
+    if (!mdi_.base()) return;
+    if (const std::uint32_t p = mdi_.services().selecteur.ChoisitPersonne(mdi_.PersonneEnCours()))
+        Ajoute(p);
+}
+
+void FrmRechAscendant::CmdEcarter(std::size_t ligne) {
+    if (ligne < grille_.size()) grille_.erase(grille_.begin() + static_cast<long>(ligne));
+}
+
+void FrmRechAscendant::BasculeMarque(std::size_t ligne) {
+    if (ligne < grille_.size()) grille_[ligne].marque = !grille_[ligne].marque;
+}
+
+std::vector<std::uint32_t> FrmRechAscendant::Selection() const {
+    std::vector<std::uint32_t> r;
+    for (const Ligne& l : grille_) r.push_back(l.personne);
+    return r;
+}
+
+bool FrmRechAscendant::Refuse() {
+    if (mdi_.Occupe() || !mdi_.base()) return true;
+    if (grille_.empty()) {
+        mdi_.services().boites.Information(555);
+        return true;
+    }
+    return false;
+}
+
+std::optional<DemandeGraphe> FrmRechAscendant::Recherche(bool descendance) {
+    if (Refuse()) return std::nullopt;
+    ResultatParente r;
+    {
+        OperationLongue op(mdi_.services().panneau, mdi_.services().boites, Message(591));
+        r = descendance ? DescendanceCommune(*mdi_.base(), Selection(), generations, op.interaction())
+                        : AscendanceCommune(*mdi_.base(), Selection(), generations, op.interaction());
+    }
+    if (r.fin == FinParente::Arrete) return std::nullopt;
+    if (r.fin == FinParente::Rien) {
+        mdi_.services().boites.Information(descendance ? 696 : 695);
+        return std::nullopt;
+    }
+    return DemandeGraphe{r.liste, descendance ? 'D' : 'A', generations};
+}
+
+std::optional<DemandeGraphe> FrmRechAscendant::CmdAscCom() { return Recherche(false); }
+std::optional<DemandeGraphe> FrmRechAscendant::CmdDescCom() { return Recherche(true); }
+
+std::optional<DemandeGraphe> FrmRechAscendant::CmdFiliation() {
+    if (Refuse()) return std::nullopt;
+    return DemandeGraphe{Selection(), 'D', generations};
+}
+
+std::optional<std::vector<LigneCousinage>> FrmRechAscendant::CmdAscComMult() {
+    if (Refuse()) return std::nullopt;
+    std::vector<Selectionne> sel;
+    for (const Ligne& l : grille_) sel.push_back({l.personne, l.marque});
+    Cousinages c(*mdi_.base());
+    {
+        OperationLongue op(mdi_.services().panneau, mdi_.services().boites, Message(591));
+        if (!c.Analyse(sel, generations, op.interaction())) return std::nullopt;
+    }
+    std::vector<LigneCousinage> lignes = c.Lignes();
+    try {
+        EcritFichiersCousinage(mdi_.base()->Systeme(), mdi_.app().parametres().DossierTravail(),
+                               lignes);
+    } catch (const ErreurES& e) {
+        mdi_.services().boites.Texte(e.what());
+    }
+    return lignes;
+}
+
+void FrmRechAscendant::EcritListeJs(const std::string& dossier) {
+    if (!mdi_.base() || grille_.empty()) return;
+    try {
+        EcritureAtomique f(mdi_.base()->Systeme(), dossier + "ListeCousins.js");
+        f.Sortie().ecrire(0, ListeCousinsJs(*mdi_.base(), Selection()));
+        f.Valide();
+    } catch (const ErreurES& e) {
+        mdi_.services().boites.Texte(e.what());
+    }
+}
+
+std::string FrmRechAscendant::Comparaison() const {
+    const bool sujets =
+        std::any_of(grille_.begin(), grille_.end(), [](const Ligne& l) { return l.marque; });
+    std::string r;
+    for (const Ligne& l : grille_)
+        if (!sujets || !l.marque) r += (r.empty() ? "" : "/") + std::to_string(l.personne);
+    return r;
+}
+
+// --- FrmParenteVisu -------------------------------------------------------------------
+
+FrmParenteVisu::FrmParenteVisu(MDIForm1& mdi, DemandeGraphe demande)
+    : mdi_(mdi), demande_(std::move(demande)) {}
+
+bool FrmParenteVisu::Charge() {
+    if (!mdi_.base() || demande_.liste.empty()) return false;
+    graphe_ = std::make_unique<GrapheParente>(*mdi_.base(), demande_.liste, demande_.generations);
+    OperationLongue op(mdi_.services().panneau, mdi_.services().boites, Message(591));
+    if (!graphe_->Construit(op.interaction())) {
+        graphe_.reset();
+        return false;
+    }
+    return true;
+}
+
+std::optional<std::string> FrmParenteVisu::Refus() const {
+    if (!graphe_ || graphe_->Dessinable()) return std::nullopt;
+    return Message(589) + " " + std::to_string(graphe_->NbNoeuds()) + "\n" + Message(590);
+}
+
+std::string FrmParenteVisu::Titre() const {
+    if (!mdi_.base() || demande_.liste.empty()) return {};
+    return Remplace(Message(768), mdi_.base()->NomComplet(demande_.liste.front()));
+}
+
+std::vector<FrmParenteVisu::EntreeMenu> FrmParenteVisu::MenuProches(std::size_t noeud) {
+    std::vector<EntreeMenu> r;
+    if (!graphe_ || !mdi_.base()) return r;
+    static constexpr std::pair<Proche::Genre, int> kTetes[] = {
+        {Proche::Parent, 592}, {Proche::Conjoint, 579}, {Proche::Enfant, 666}, {Proche::Frere, 910}};
+    const std::vector<Proche> proches = graphe_->Proches(noeud);
+    for (const auto& [genre, message] : kTetes) {
+        bool tete = false;
+        for (const Proche& p : proches) {
+            if (p.genre != genre) continue;
+            if (!tete) r.push_back({Message(message), 0});
+            tete = true;
+            r.push_back({(p.dansGraphe ? "* " : "") + mdi_.base()->NomComplet(p.personne),
+                         p.personne});
+        }
+    }
+    return r;
+}
+
+// --- FrmBrancheAsc, FrmBrancheDesc --------------------------------------------------------
+
+FrmBranche::FrmBranche(MDIForm1& mdi, bool descendante) : mdi_(mdi), descendante_(descendante) {
+    if (mdi_.base() && mdi_.PersonneEnCours())
+        branche_ = std::make_unique<Branche>(*mdi_.base(), descendante, mdi_.PersonneEnCours());
+}
+
+std::string FrmBranche::Titre() const {
+    if (!branche_ || !mdi_.base()) return {};
+    return Remplace(Message(descendante_ ? kMsgDescendanceBranche : kMsgAscendanceBranche),
+                    mdi_.base()->NomComplet(branche_->Noeud(0).personne));
+}
+
+bool FrmBranche::EcritRtf() { return Ecrit(false); }
+bool FrmBranche::EcritHtml() { return Ecrit(true); }
+
+bool FrmBranche::Ecrit(bool html) {
+    if (!branche_ || !mdi_.base()) return false;
+    Base& b = *mdi_.base();
+    const std::string depart = mdi_.app().parametres().DossierTravail() + b.Chemins().titre +
+                               (html ? ".htm" : ".rtf");
+    const std::string filtre = !html           ? "Rich Text Format (*.rtf) |*.rtf|"
+                               : descendante_ ? "Rich Text Format (*.htm) |*.htm|"
+                                              : "HTML (*.htm) |*.htm|";
+    const auto chemin = mdi_.services().fichiers.Enregistrer(0, filtre, depart);
+    if (!chemin) return false;
+    try {
+        const auto f = SortieExport(b, *chemin);
+        f->Sortie().ecrire(0, html ? branche_->Html(Titre()) : branche_->Rtf(Titre()));
+        f->Valide();
+    } catch (const ErreurES& e) {
+        mdi_.services().boites.Texte(e.what());
+        return false;
+    }
+    return true;
+}
+
+} // namespace sylvane

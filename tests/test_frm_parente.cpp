@@ -1,0 +1,142 @@
+// The relationship windows' logic over the scripted services: the
+// selection and its refusals, the searches handing a graph on, the
+// related persons' menu, the cousinage rows and the branch outputs.
+#include "store/fichier_memoire.h"
+#include "support/services_faux.h"
+#include "text/messages.h"
+#include "ui/frm_parente.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace sylvane;
+using test::ServicesFaux;
+
+namespace {
+
+// A x B -> C, D;  C x E -> F;  G x D -> H;  X a stranger.
+struct Selection : ::testing::Test {
+    SystemeMemoire fs;
+    ReglagesMemoire reglages;
+    Application app{fs, reglages, "/prog"};
+    ServicesFaux s;
+    std::unique_ptr<MDIForm1> f;
+    std::uint32_t A, B, C, D, E, F, G, H, X;
+
+    void SetUp() override {
+        DefinitMessages({{768, "Descendants de &1"}, {592, "Parents"}, {579, "Conjoints"},
+                         {666, "Enfants"}, {910, "Freres"}, {4500, "Ascendance de &1"},
+                         {589, "Trop :"}, {590, "254 au plus."}});
+        app.Demarre();
+        app.NouvelleBase("/d/famille.sv2");
+        f = std::make_unique<MDIForm1>(
+            app, ServicesUi{s.boites, s.fichiers, s.panneau, s.fenetres, s.selecteur});
+        A = P("Aubert", "Adrien", 'H', "1850");
+        B = P("Bernard", "Berthe", 'F', "1852");
+        b().CreeMariage(A, B);
+        C = Enfant(A, B, "Charles", 'H', "1900");
+        D = Enfant(A, B, "Denise", 'F', "1902");
+        E = P("Etienne", "Emma", 'F', "1901");
+        b().CreeMariage(C, E);
+        F = Enfant(C, E, "Fernand", 'H', "1925");
+        G = P("Girard", "Gaston", 'H', "1898");
+        b().CreeMariage(G, D);
+        H = Enfant(G, D, "Helene", 'F', "1927");
+        X = P("Xavier", "Xeno", 'H', "1930");
+        app.definitPersonneEnCours(F);
+    }
+    void TearDown() override { DefinitMessages({}); }
+
+    Base& b() { return app.base(); }
+    std::uint32_t P(const char* nom, const char* prenom, char sexe, const char* an) {
+        return b().CreePersonne(nom, prenom, "", sexe, an);
+    }
+    std::uint32_t Enfant(std::uint32_t pere, std::uint32_t mere, const char* prenom, char sexe,
+                         const char* an) {
+        const std::uint32_t c = P("Aubert", prenom, sexe, an);
+        b().EcritPere(c, pere);
+        b().MajEnfants(pere, c, 'A');
+        b().EcritMere(c, mere);
+        b().MajEnfants(mere, c, 'A');
+        return c;
+    }
+};
+
+TEST_F(Selection, GridRefusalsAndSearches) {
+    FrmRechAscendant r(*f);
+    ASSERT_EQ(r.Grille().size(), 1u) << "starts with the person in course";
+    EXPECT_EQ(r.Grille()[0].personne, F);
+    EXPECT_EQ(r.generations, 10);
+    // The picker adds at the head; a person already there is refused.
+    s.selecteur.reponses = {H, F};
+    r.CmdRechercher();
+    r.CmdRechercher();
+    ASSERT_EQ(r.Grille().size(), 2u);
+    EXPECT_EQ(r.Grille()[0].personne, H);
+    EXPECT_EQ(s.boites.informations, std::vector<int>{588});
+    // First cousins: the grandparents, handed on in number order.
+    auto d = r.CmdAscCom();
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->mode, 'A');
+    EXPECT_EQ(d->liste, (std::vector<std::uint32_t>{A, B, F, H}));
+    EXPECT_FALSE(s.panneau.visible) << "the panel goes with the search";
+    d = r.CmdFiliation();
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->liste, (std::vector<std::uint32_t>{H, F}));
+    // Nothing in common: 695; no descendants: 696; empty: 555.
+    s.boites.informations.clear();
+    r.Ajoute(X);
+    EXPECT_FALSE(r.CmdAscCom());
+    EXPECT_FALSE(r.CmdDescCom());
+    for (int i = 0; i < 3; ++i) r.CmdEcarter(0);
+    EXPECT_FALSE(r.CmdAscCom());
+    EXPECT_EQ(s.boites.informations, (std::vector<int>{695, 696, 555}));
+    // While another operation runs, 503.
+    r.Ajoute(F);
+    s.panneau.visible = true;
+    EXPECT_FALSE(r.CmdAscCom());
+    EXPECT_EQ(s.boites.informations.back(), 503);
+}
+
+TEST_F(Selection, GraphMenuAndCousinages) {
+    FrmParenteVisu v(*f, DemandeGraphe{{A, B, F, H}, 'A', 10});
+    ASSERT_TRUE(v.Charge());
+    EXPECT_FALSE(v.Refus());
+    EXPECT_EQ(v.Titre(), "Descendants de " + b().NomComplet(A));
+    GrapheParente& g = *v.Graphe();
+    EXPECT_EQ(g.NbNoeuds(), 6u);
+    const auto menu = v.MenuProches(g.NoeudDe(F));
+    ASSERT_FALSE(menu.empty());
+    EXPECT_EQ(menu[0].texte, "Parents");
+    EXPECT_EQ(menu[0].personne, 0u);
+    EXPECT_EQ(menu[1].texte, "* " + b().NomComplet(C)) << "C is drawn";
+    EXPECT_EQ(menu[2].texte, b().NomComplet(E)) << "E is not";
+
+    FrmRechAscendant r(*f);
+    r.Ajoute(H);
+    r.BasculeMarque(1); // F is the subject
+    EXPECT_EQ(r.Comparaison(), std::to_string(H));
+    const auto lignes = r.CmdAscComMult();
+    ASSERT_TRUE(lignes);
+    ASSERT_EQ(lignes->size(), 1u);
+    EXPECT_EQ((*lignes)[0].mari, A);
+    EXPECT_TRUE(fs.existe(app.parametres().DossierTravail() + "Cousinage.txt"));
+}
+
+TEST_F(Selection, BranchWindows) {
+    FrmBranche asc(*f, false);
+    ASSERT_TRUE(asc.Outline());
+    EXPECT_EQ(asc.Titre(), "Ascendance de " + b().NomComplet(F));
+    asc.Developpe(0, 2);
+    EXPECT_EQ(asc.Outline()->Lignes().size(), 5u);
+    s.fichiers.chemins = {std::string("/d/branche.htm"), std::nullopt};
+    EXPECT_TRUE(asc.EcritHtml());
+    EXPECT_NE(lireTout(fs, "/d/branche.htm").find(b().NomComplet(C)), std::string::npos);
+    EXPECT_FALSE(asc.EcritRtf()) << "cancelled";
+    app.definitPersonneEnCours(0);
+    FrmBranche vide(*f, true);
+    EXPECT_FALSE(vide.Outline());
+}
+
+} // namespace
