@@ -18,7 +18,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 #include <unordered_map>
 
 namespace sylvane {
@@ -41,6 +40,12 @@ struct Cles {
     std::string prenom, autres, nom;
     char sexe = ' ';
     bool marie = false;
+    // The first 200 marriages with their husband and wife, read once.
+    struct Mariage {
+        std::uint32_t numero, mari, femme;
+    };
+    std::vector<Mariage> mariages;
+    bool mariagesLus = false;
 };
 
 class Recherche {
@@ -51,7 +56,15 @@ class Recherche {
     ResultatRecherche Lance(std::uint32_t a, std::uint32_t z);
 
   private:
-    const Cles& ClesDe(std::uint32_t n);
+    Cles& ClesDe(std::uint32_t n);
+    const std::vector<Cles::Mariage>& MariagesDe(std::uint32_t n, Cles& c) {
+        if (!c.mariagesLus) {
+            for (std::uint32_t k : b_.Mariages(n))
+                c.mariages.push_back({k, b_.LitMari(k), b_.LitFemme(k)});
+            c.mariagesLus = true;
+        }
+        return c.mariages;
+    }
     void Familles();
     bool Anonyme(std::uint32_t n) {
         return Trim(b_.NomComplet(n)) == "?" && Trim(b_.LitPrenom(n)).empty();
@@ -74,14 +87,17 @@ class Recherche {
     TableDoublons& table_;
     const Interaction& io_;
     std::unordered_map<std::uint32_t, Cles> cles_;
-    // Persons of the family-name keywords of each phonetic key, in the
-    // order of the keyword list.
-    std::unordered_map<std::string, std::vector<std::uint32_t>> familles_;
+    // The married men and women of the family-name keywords of each
+    // phonetic key, in the order of the keyword list, with their keys.
+    struct Famille {
+        std::vector<std::pair<std::uint32_t, Cles*>> hommes, femmes;
+    };
+    std::unordered_map<std::string, Famille> familles_;
     bool entier_ = false;
     std::size_t ajoutes_ = 0;
 };
 
-const Cles& Recherche::ClesDe(std::uint32_t n) {
+Cles& Recherche::ClesDe(std::uint32_t n) {
     auto it = cles_.find(n);
     if (it != cles_.end()) return it->second;
     Cles c;
@@ -98,8 +114,14 @@ void Recherche::Familles() {
     const std::uint32_t k = b_.RubriqueDeSymbole(kSymboleNom);
     if (k == 0) return;
     for (std::uint32_t e : Nombres(b_.ListeRubrique(k))) {
-        auto& v = familles_[Conv_ClePhonetique(b_.LitMot(e))];
-        for (std::uint32_t p : Nombres(b_.PersonnesMot(e))) v.push_back(p);
+        Famille& f = familles_[Conv_ClePhonetique(b_.LitMot(e))];
+        for (std::uint32_t p : Nombres(b_.PersonnesMot(e))) {
+            if (p == 0 || p > b_.Tete().maxPersonne) continue;
+            Cles& c = ClesDe(p);
+            if (!c.marie) continue;
+            if (c.sexe == 'H') f.hommes.emplace_back(p, &c);
+            else if (c.sexe == 'F') f.femmes.emplace_back(p, &c);
+        }
     }
 }
 
@@ -140,22 +162,21 @@ bool Recherche::CoupleFemme(const Cles& c, const Cles& h, const Cles& w, const C
 
 void Recherche::Passe(std::uint32_t m, std::uint32_t mari, std::uint32_t femme, bool cote) {
     const std::uint32_t soi = cote ? mari : femme;
-    const Cles h = ClesDe(mari), w = ClesDe(femme);
+    // References into the key cache stay valid: its nodes never move.
+    const Cles& h = ClesDe(mari);
+    const Cles& w = ClesDe(femme);
     const Cles& s = cote ? h : w;
     auto fam = familles_.find(s.nom);
     if (fam == familles_.end()) return;
-    const char sexe = cote ? 'H' : 'F';
-    for (std::uint32_t personne : fam->second) {
+    for (const auto& [personne, pc] : cote ? fam->second.hommes : fam->second.femmes) {
         if (personne == soi) continue;
-        const Cles c = ClesDe(personne);
-        if (c.sexe != sexe || !c.marie) continue;
+        Cles& c = *pc;
         if (!PersonneVoisine(c, s.prenom, s.autres)) continue;
-        for (int i = 1; i <= kMaxListe; ++i) {
-            const std::uint32_t k = b_.MariageNo(personne, i);
-            if (k == 0) break;
+        for (const Cles::Mariage& x : MariagesDe(personne, c)) {
+            const std::uint32_t k = x.numero;
             // In a scan of every marriage, the later one meets this pair itself.
             if (k == m || (entier_ && k > m)) continue;
-            const std::uint32_t autre = cote ? b_.LitFemme(k) : b_.LitMari(k);
+            const std::uint32_t autre = cote ? x.femme : x.mari;
             if (autre == 0) continue;
             const Cles& p = ClesDe(autre);
             if (cote ? !CoupleMari(c, h, w, p) : !CoupleFemme(c, h, w, p)) continue;
