@@ -1,0 +1,175 @@
+// The merge window's logic over a small base: the table found at a level
+// and kept in its file, the labels filled by click, picker and drop, the
+// wizard's steps passed over when there is nothing to choose, and the
+// merge at its end, refused or confirmed.
+#include "store/fichier_memoire.h"
+#include "support/services_faux.h"
+#include "text/messages.h"
+#include "ui/frm_fusion.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace sylvane;
+using test::ServicesFaux;
+
+namespace {
+
+struct Fusion : ::testing::Test {
+    SystemeMemoire fs;
+    ReglagesMemoire reglages;
+    Application app{fs, reglages, "/prog"};
+    ServicesFaux s;
+    std::unique_ptr<MDIForm1> f;
+    std::uint32_t h1, f1, h2, f2, pere1, pere2, enfant;
+
+    void SetUp() override {
+        DefinitMessages({{4428, "Conjoint : &1"}, {4429, "Pas de fusion"}, {4417, "&1 paires"}});
+        app.Demarre();
+        app.NouvelleBase("/d/famille.sv2");
+        f = std::make_unique<MDIForm1>(app, s.ui());
+        Base& b = app.base();
+        pere1 = b.CreePersonne("Martin", "Pierre", "", 'H', "1820");
+        pere2 = b.CreePersonne("Martin", "Piere", "", 'H', "1821");
+        h1 = b.CreePersonne("Martin", "Jean", "", 'H', "1850");
+        f1 = b.CreePersonne("Durand", "Marie", "", 'F', "1852");
+        h2 = b.CreePersonne("Martin", "Jean", "", 'H', "");
+        f2 = b.CreePersonne("Durand", "Marie", "", 'F', "1852");
+        const auto m1 = b.CreeMariage(h1, f1, "1875"), m2 = b.CreeMariage(h2, f2);
+        (void)m1, (void)m2;
+        for (auto [p, c] : {std::pair{pere1, h1}, {pere2, h2}}) {
+            b.EcritPere(c, p);
+            b.MajEnfants(p, c, 'A');
+        }
+        enfant = b.CreePersonne("Martin", "Paul", "", 'H', "1880");
+        b.EcritPere(enfant, h2);
+        b.MajEnfants(h2, enfant, 'A');
+        b.EcritMere(enfant, f2);
+        b.MajEnfants(f2, enfant, 'A');
+        b.ValideBase();
+    }
+    Base& B() { return app.base(); }
+};
+
+TEST_F(Fusion, SearchFillsTheTableAndItsFileWhichTheNextFormReads) {
+    FrmFusion frm(*f);
+    EXPECT_EQ(frm.Plage(), "1/2");
+    ASSERT_TRUE(frm.OptSeuil_Click(0));
+    auto g = frm.Grille();
+    ASSERT_EQ(g.size(), 2u);
+    EXPECT_EQ(g[0].premier, h2);
+    EXPECT_EQ(g[0].second, h1);
+    EXPECT_FALSE(s.panneau.visible);
+    EXPECT_FALSE(s.panneau.titres.empty());
+    EXPECT_TRUE(fs.existe("/d/famille.fus"));
+
+    // A form opened later shows the pairs at once; CmdEcarter drops one.
+    FrmFusion autre(*f);
+    ASSERT_EQ(autre.Grille().size(), 2u);
+    autre.Grille_Click(1);
+    EXPECT_EQ(autre.Fiche(0), f2);
+    EXPECT_TRUE(autre.EcarterActif());
+    autre.CmdEcarter();
+    EXPECT_EQ(autre.Fiche(0), 0u);
+    EXPECT_EQ(autre.Grille().size(), 1u);
+    EXPECT_EQ(FrmFusion(*f).Grille().size(), 1u);
+
+    // A double click opens the sheet of the number clicked.
+    EXPECT_TRUE(autre.Grille_DblClick(0, true));
+    EXPECT_EQ(f->personneFiche, h1);
+    EXPECT_TRUE(s.fenetres.EstOuverte("FrmMisajour"));
+
+    // The range asked by the sheet or by the repair command.
+    FrmFusion::PlageDemandee() = "2/2";
+    EXPECT_EQ(FrmFusion(*f).Plage(), "2/2");
+    EXPECT_EQ(FrmFusion(*f).Plage(), "1/2");
+}
+
+TEST_F(Fusion, LabelsTakeAPickedOrDroppedPersonOnly) {
+    FrmFusion frm(*f);
+    EXPECT_FALSE(frm.CmdFusionActif());
+    s.selecteur.reponses = {h1};
+    frm.CmdNom(0);
+    EXPECT_EQ(frm.Fiche(0), h1);
+    EXPECT_FALSE(frm.Depose(1, "E3"));
+    EXPECT_FALSE(frm.Depose(1, "I"));
+    EXPECT_FALSE(frm.Depose(1, "I99999999999"));
+    EXPECT_FALSE(frm.Depose(1, "I999"));
+    EXPECT_TRUE(frm.Depose(1, "I" + std::to_string(f1)));
+    EXPECT_TRUE(frm.CmdFusionActif());
+    // A man and a woman: 956, and the wizard doesn't start.
+    EXPECT_FALSE(frm.CmdFusion_Click());
+    EXPECT_EQ(s.boites.informations, std::vector<int>{956});
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::Liste);
+}
+
+TEST_F(Fusion, WizardWalksTheStepsAndMergesOnYes) {
+    FrmFusion frm(*f);
+    frm.PoseFiche(0, h1);
+    frm.PoseFiche(1, h2);
+    ASSERT_TRUE(frm.CmdFusion_Click());
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::RG);
+    EXPECT_EQ(frm.lstDNaiss.Valeur(), "1850");
+    EXPECT_EQ(frm.lstDNaiss.valeurs, (std::vector<std::string>{"1850", "", ""}));
+    EXPECT_FALSE(frm.chkAutPreOffert);
+    // No notes on either side: straight to the parents, who differ.
+    ASSERT_TRUE(frm.CmdSuite());
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::PARENTS);
+    EXPECT_TRUE(frm.perePropose);
+    EXPECT_FALSE(frm.merePropose);
+    frm.optPere = ChoixTexte::Second;
+    ASSERT_TRUE(frm.CmdSuite());
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::MARIAGE);
+    EXPECT_NE(frm.LblConjoint().find("Marie"), std::string::npos);
+    ASSERT_EQ(frm.LstConjoint().size(), 2u); // the kept one's marriage, then none
+    EXPECT_EQ(frm.choixConjoint, 0);
+    EXPECT_EQ(frm.TextesConjoint().size(), 2u);
+    // The child of the dropped person has nobody to compare with: the
+    // merge is asked at once; No leaves everything.
+    s.boites.reponses = {Reponse::Non};
+    EXPECT_FALSE(frm.CmdSuite());
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::Liste);
+    EXPECT_EQ(s.boites.questions.back(), 957);
+    EXPECT_NE(B().TrouvePlaceFiche(h2), 0u);
+
+    ASSERT_TRUE(frm.CmdFusion_Click());
+    frm.CmdSuite();
+    frm.optPere = ChoixTexte::Second;
+    frm.CmdSuite();
+    s.boites.reponses = {Reponse::Oui};
+    ASSERT_TRUE(frm.CmdSuite());
+    EXPECT_EQ(B().TrouvePlaceFiche(h2), 0u);
+    EXPECT_EQ(B().LitPere(h1), pere2);
+    EXPECT_EQ(B().LitPere(enfant), h1);
+    EXPECT_EQ(frm.Fiche(0), 0u);
+    // The wives went to the table; the fathers did not (second chosen).
+    const auto g = frm.Grille();
+    ASSERT_EQ(g.size(), 1u);
+    EXPECT_EQ(g[0].premier, f1);
+    EXPECT_EQ(g[0].second, f2);
+    frm.Ferme();
+    EXPECT_TRUE(fs.existe("/d/famille.fus"));
+}
+
+TEST_F(Fusion, AbandonWritesNothingAndAnEmptyTableLeavesNoFile) {
+    FrmFusion frm(*f);
+    frm.PoseFiche(0, f1);
+    frm.PoseFiche(1, f2);
+    ASSERT_TRUE(frm.CmdFusion_Click());
+    frm.Abandonne();
+    EXPECT_EQ(frm.etape(), FrmFusion::Etape::Liste);
+    EXPECT_FALSE(B().Modifiee());
+    frm.Ferme();
+    EXPECT_FALSE(fs.existe("/d/famille.fus"));
+    // A damaged pairs file opens with what it holds.
+    ecrireTout(fs, "/d/famille.fus", "x\r\n\r\n" + std::to_string(f1) + "\r\n" + std::to_string(f2));
+    EXPECT_EQ(FrmFusion(*f).Grille().size(), 1u);
+    EXPECT_EQ(FrmFusion(*f).LblNombre(), "1 paires");
+    ecrireTout(fs, "/d/famille.fus", std::to_string(f1) + "\r\n999\r\n");
+    const auto g = FrmFusion(*f).Grille();
+    ASSERT_EQ(g.size(), 1u);
+    EXPECT_EQ(g[0].nom2, ""); // a person no longer in the base
+}
+
+} // namespace
