@@ -16,15 +16,7 @@ namespace {
 
 constexpr std::uint32_t kEvenements = 500'000;
 
-Base& Million() {
-    static Parametres p;
-    static std::unique_ptr<Base> b = [] {
-        auto x = std::make_unique<Base>(systemeReel(), p);
-        x->Ouvre(BaseMillion(), true);
-        return x;
-    }();
-    return *b;
-}
+Base& Million() { return MillionOuvert(); }
 
 // 500,000 events of four kinds and twenty places, spread over four
 // centuries; made once and kept beside the million base.

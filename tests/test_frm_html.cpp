@@ -58,7 +58,7 @@ TEST_F(SiteForme, TheSiteGoesToTheBaseTitleInTheWorkFolderAndOpensInTheBrowser) 
     f->Aller(7);
     EXPECT_EQ(h->Cree(), FrmHTML::Resultat::Cree);
     EXPECT_EQ(s.boites.informations, std::vector<int>{569});
-    EXPECT_EQ(urls, std::vector<std::string>{"file:///ailleurs/site/homepage.htm"});
+    EXPECT_EQ(urls, std::vector<std::string>{"/ailleurs/site/homepage.htm"});
     EXPECT_NE(fs.contenu("/ailleurs/site/homepage.htm").find("<FRAME src=\"i7.htm\" name=\"M\">"),
               std::string::npos);
     EXPECT_NE(fs.contenu("/ailleurs/site/i1.htm").find("CONTENT=\"Marc\""), std::string::npos);

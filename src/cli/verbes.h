@@ -49,6 +49,8 @@ int VerbeSearchName(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchKeyword(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchCouple(const Arguments&, std::ostream&, std::ostream&);
 int VerbeSearchEvents(const Arguments&, std::ostream&, std::ostream&);
+int VerbeStats(const Arguments&, std::ostream&, std::ostream&);
+int VerbeAnniversaries(const Arguments&, std::ostream&, std::ostream&);
 int VerbeReplaceKeyword(const Arguments&, std::ostream&, std::ostream&);
 int VerbeHtmlSite(const Arguments&, std::ostream&, std::ostream&);
 int VerbeHtmlReport(const Arguments&, std::ostream&, std::ostream&);

@@ -639,6 +639,12 @@ class Base {
     std::uint32_t zoneFinValidee_ = 0;               // file end of the last commit
     std::string tampon_;                             // appends not yet written
     std::uint32_t debutTampon_ = 0;                  // position of tampon_[0]
+    // Bytes of the file read ahead for small reads; dropped at every write.
+    static constexpr std::size_t kFenetre = 64 * 1024, kLectureGroupee = 4096;
+    std::string fenetre_;
+    std::uint64_t debutFenetre_ = 0;
+    std::uint64_t finLue_ = 0; // end of the last small read
+    void OublieFenetre() { fenetre_.clear(); }
     Entete entete_;
     std::array<TableBlocs, 8> tables_;
     std::array<std::uint32_t, 50> rubriques_{};

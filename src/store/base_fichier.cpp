@@ -99,6 +99,7 @@ bool Base::Modifiee() const {
 
 void Base::ViderTampon() {
     if (tampon_.empty()) return;
+    OublieFenetre();
     fichier_->ecrire(debutTampon_ - 1, tampon_);
     tampon_.clear();
 }
@@ -115,7 +116,22 @@ std::string Base::Lire(std::uint32_t position, std::size_t n) {
         return r;
     }
     if (!tampon_.empty() && position + n > debutTampon_) ViderTampon();
-    return fichier_->lire(position - 1, n);
+    if (n > kLectureGroupee) return fichier_->lire(position - 1, n);
+    // Small reads that follow one another through the file (the scans that
+    // walk the persons in the order they were made) are served from a
+    // window read ahead; a read far from the one before goes alone.
+    const std::uint64_t debut = position - 1;
+    if (fenetre_.empty() || debut < debutFenetre_ ||
+        debut + n > debutFenetre_ + fenetre_.size()) {
+        const bool suite = debut >= finLue_ && debut - finLue_ <= kLectureGroupee;
+        finLue_ = debut + n;
+        if (!suite) return fichier_->lire(debut, n);
+        fenetre_ = fichier_->lire(debut, kFenetre);
+        debutFenetre_ = debut;
+        if (fenetre_.size() < n) return fenetre_;
+    }
+    finLue_ = debut + n;
+    return fenetre_.substr(debut - debutFenetre_, n);
 }
 
 // "#" ends every text of the file, and the earlier program kept it out of
@@ -276,6 +292,7 @@ void Base::EcrireEnPlace(std::uint32_t position, std::string_view donnees) {
     if (!tampon_.empty() && position + donnees.size() > debutTampon_) ViderTampon();
     Journaliser(position - 1, std::uint64_t(position - 1) + donnees.size());
     SynchroniserJournal();
+    OublieFenetre();
     fichier_->ecrire(position - 1, donnees);
     marqueModif_ = true;
 }
@@ -473,6 +490,7 @@ void Base::EcritEntete() {
     // synced journal, which lives until the one sync below has made data and
     // header durable together. A loss before it replays the old header, and
     // the old header names none of the new bytes.
+    OublieFenetre();
     fichier_->ecrire(0, h);
     fichier_->synchroniser();
     zoneFinValidee_ = entete_.zoneFin;
@@ -509,7 +527,10 @@ void RejoueJournal(SystemeFichiers& fs, Fichier& base, const std::string& journa
     fs.supprimer(journal);
 }
 
-void Base::RejoueJournal() { sylvane::RejoueJournal(fs_, *fichier_, chemins_.journal); }
+void Base::RejoueJournal() {
+    OublieFenetre();
+    sylvane::RejoueJournal(fs_, *fichier_, chemins_.journal);
+}
 
 void RemplaceBase(SystemeFichiers& fs, const std::string& nouvelle, const CheminsBase& cible) {
     std::unique_ptr<Fichier> ancienne;
@@ -572,6 +593,7 @@ void Base::InitBase() {
     rubriqueCache_ = 0;
     entete_.posRubriques = 501;
     entete_.zoneFin += 200;
+    OublieFenetre();
     fichier_->ecrire(500, std::string(200, '\0'));
     entete_.nbRubriques = 11;
     struct R { const char* tag; char symbole; };
@@ -778,6 +800,7 @@ void Base::Nouvelle(const std::string& chemin) {
     }
     // A journal left beside an older file of this name belongs to it.
     fs_.supprimer(chemins_.journal);
+    OublieFenetre();
     fichier_->tronquer(0);
     RazFiches();
     RazMariages();
@@ -791,6 +814,7 @@ void Base::Ouvre(const std::string& chemin, bool lectureSeule) {
     if (EstOuverte()) FermeBase();
     chemins_ = DeriveChemins(chemin);
     lectureSeule_ = lectureSeule;
+    OublieFenetre();
     fichier_ = fs_.ouvrir(chemins_.base, lectureSeule ? Mode::Lecture : Mode::LectureEcriture);
     if (!lectureSeule && !fichier_->verrouiller()) {
         fichier_.reset();

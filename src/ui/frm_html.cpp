@@ -16,10 +16,6 @@ void FrmHTML::Parcourir() {
     if (auto d = f_.services().fichiers.Dossier(msg_html::ChoixDossier, dossier)) dossier = *d;
 }
 
-std::string FrmHTML::Url(const std::string& chemin) {
-    return "file://" + (chemin.empty() || chemin[0] != '/' ? "/" + chemin : chemin);
-}
-
 FrmHTML::Resultat FrmHTML::Cree() {
     if (f_.Occupe()) return Resultat::Refuse;
     Base* b = f_.base();
@@ -43,7 +39,7 @@ FrmHTML::Resultat FrmHTML::Cree() {
     }
     accueil_ = dossier + (dossier.back() == '/' ? "" : "/") + "homepage.htm";
     s.boites.Information(msg_html::Cree);
-    if (ouvrirNavigateur && ouvreNavigateur) ouvreNavigateur(Url(accueil_));
+    if (ouvrirNavigateur && ouvreNavigateur) ouvreNavigateur(accueil_);
     return Resultat::Cree;
 }
 

@@ -52,11 +52,9 @@ class FrmHTML {
     Resultat Cree();
     // The home page of the last site written ("" before).
     const std::string& Accueil() const { return accueil_; }
-    // The address of a page for the browser: "file://" and the path.
-    static std::string Url(const std::string& chemin);
 
-    // The window's hook that opens an address in the user's browser.
-    std::function<void(const std::string& url)> ouvreNavigateur;
+    // The window's hook that opens a page in the user's browser.
+    std::function<void(const std::string& page)> ouvreNavigateur;
 
   private:
     MDIForm1& f_;
