@@ -1,6 +1,7 @@
 #include "app/frm_misajour.h"
 
 #include "app/choix_fiche_qt.h"
+#include "app/frm_mot.h"
 #include "app/frm_texte.h"
 #include "app/texte_qt.h"
 #include "text/rtf.h"
@@ -457,11 +458,30 @@ void FrmMisajourQt::Rubriques() {
                         if (v != w->text()) w->setText(v);
                     });
                 }
+                // CmdIndSel / CmdMarSel: the keyword picker on the row.
+                auto* choix = new QToolButton(cadre);
+                choix->setObjectName(QStringLiteral("CmdSel%1").arg(i));
+                choix->setText(M(msg_mots::ChoixMot));
+                connect(choix, &QToolButton::clicked, this, [this, i, mariage, genres] {
+                    const auto& tous = mariage ? logique_->RubriquesMariage() : logique_->RubriquesPersonne();
+                    if (i >= static_cast<int>(tous.size())) return;
+                    const RangRubrique& r = tous[static_cast<std::size_t>(i)];
+                    const DemandeMot d{mariage, r.symbole, r.tag, r.libelle, r.date, r.jour, r.annee, r.lieu};
+                    const auto v = EditeMot(c_.logique, d, this);
+                    if (!v) return;
+                    const std::string* valeurs[3] = {&v->jour, &v->annee, &v->valeur};
+                    for (int k = d.date ? 0 : 2; k < 3; ++k) {
+                        logique_->Modifie(genres[k], *valeurs[k], i);
+                        logique_->Quitte(genres[k], i);
+                    }
+                    Rubriques();
+                });
                 e[0]->setMaximumWidth(e[0]->fontMetrics().horizontalAdvance(QStringLiteral("000000000000")));
                 e[1]->setMaximumWidth(e[1]->fontMetrics().horizontalAdvance(QStringLiteral("00000000")));
                 l->setBuddy(e[0]);
                 g->addWidget(l, i, 0);
                 for (int k = 0; k < 3; ++k) g->addWidget(e[k], i, k + 1);
+                g->addWidget(choix, i, 4);
                 g->setColumnStretch(3, 1);
                 champs.push_back(e);
             }

@@ -2,6 +2,7 @@
 
 #include "app/fenetre_principale.h"
 #include "app/frm_exporter.h"
+#include "app/frm_mot.h"
 #include "app/texte_qt.h"
 #include "store/base.h"
 #include "text/mots.h"
@@ -19,6 +20,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
+#include <QToolButton>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -296,6 +298,20 @@ FrmRechTexteQt::FrmRechTexteQt(ContexteQt& c) : FrmRechercheQt(c, logique_), log
         EntreeLance(textes_[i]);
         g->addWidget(genres_[i], i + 1, 0);
         g->addWidget(textes_[i], i + 1, 1);
+        // The keyword picker of the row's kind.
+        auto* choix = new QToolButton(this);
+        choix->setObjectName(QStringLiteral("C_MotCle%1").arg(i));
+        choix->setText(M(msg_rech::MotCle));
+        g->addWidget(choix, i + 1, 2);
+        connect(choix, &QToolButton::clicked, this, [this, &c, i] {
+            const char marque = genres_[i]->currentData().toChar().toLatin1();
+            if (marque == 0 || marque == ' ') return;
+            DemandeMot d;
+            d.marque = marque;
+            d.libelle = A(genres_[i]->currentText().mid(3));
+            d.valeur = A(textes_[i]->text());
+            if (const auto v = EditeMot(c.logique, d, this)) textes_[i]->setText(Q(v->valeur));
+        });
     }
     lblGenre_->setBuddy(genres_[0]);
     lblTexte_->setBuddy(textes_[0]);

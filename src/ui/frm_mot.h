@@ -62,6 +62,7 @@ inline constexpr int RemplacerPar = 4296;
 inline constexpr int TousIndex = 4297;
 inline constexpr int Remplacer = 4298;
 inline constexpr int MotARemplacer = 4299;
+inline constexpr int ChoixMot = 4025;     // "..." beside a keyword field
 inline constexpr int Confirmation = 617;
 inline constexpr int Occupe = 503;
 } // namespace msg_mots
