@@ -1,5 +1,6 @@
 #include "app/frm_graphique.h"
 
+#include "app/frm_impression.h"
 #include "app/texte_qt.h"
 #include "text/messages.h"
 #include "ui/mdiform1.h"
@@ -95,6 +96,24 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
     generations_->setValue(logique_.generations);
     lblGenerations_->setBuddy(generations_);
     couleur_ = new QCheckBox(this);
+    lblDirection_ = new QLabel(this);
+    direction_ = new QComboBox(this);
+    direction_->addItems({QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("2"),
+                          QStringLiteral("3")});
+    lblDirection_->setBuddy(direction_);
+    detaille_ = new QCheckBox(this);
+    lblFeuillesH_ = new QLabel(this);
+    lblFeuillesV_ = new QLabel(this);
+    feuillesH_ = new QSpinBox(this);
+    feuillesV_ = new QSpinBox(this);
+    for (QSpinBox* f : {feuillesH_, feuillesV_}) {
+        // 0 shows "auto": the count is chosen from the chart.
+        f->setRange(0, kFeuillesMax);
+        f->setSpecialValueText(QStringLiteral("auto"));
+    }
+    lblFeuillesH_->setBuddy(feuillesH_);
+    lblFeuillesV_->setBuddy(feuillesV_);
+    apercu_ = new QPushButton(this);
     precedente_ = new QPushButton(this);
     suivante_ = new QPushButton(this);
     feuille_ = new QLabel(this);
@@ -113,7 +132,14 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
                                                       generations_, couleur_})
         options->addWidget(w);
     options->addStretch();
-    for (QWidget* w : std::initializer_list<QWidget*>{imprimer_, pdf_}) options->addWidget(w);
+    for (QWidget* w : std::initializer_list<QWidget*>{apercu_, imprimer_, pdf_})
+        options->addWidget(w);
+    auto* options2 = new QHBoxLayout;
+    for (QWidget* w : std::initializer_list<QWidget*>{lblDirection_, direction_, detaille_,
+                                                      lblFeuillesH_, feuillesH_, lblFeuillesV_,
+                                                      feuillesV_})
+        options2->addWidget(w);
+    options2->addStretch();
     auto* feuilles = new QHBoxLayout;
     for (QWidget* w : std::initializer_list<QWidget*>{precedente_, feuille_, suivante_})
         feuilles->addWidget(w);
@@ -122,6 +148,7 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
     feuilles->addWidget(agrandir_);
     auto* tout = new QVBoxLayout(this);
     tout->addLayout(options);
+    tout->addLayout(options2);
     tout->addLayout(feuilles);
     tout->addWidget(defile_, 1);
 
@@ -137,6 +164,39 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
     connect(couleur_, &QCheckBox::toggled, this, [this](bool v) {
         logique_.couleur = v;
         toile_->update();
+    });
+    connect(direction_, &QComboBox::activated, this, [this](int i) {
+        logique_.direction = i;
+        Redessine();
+    });
+    connect(detaille_, &QCheckBox::toggled, this, [this](bool v) {
+        logique_.detaille = v;
+        Redessine();
+    });
+    for (QSpinBox* f : {feuillesH_, feuillesV_})
+        connect(f, &QSpinBox::editingFinished, this, [this] {
+            const int h = feuillesH_->value() ? feuillesH_->value() : 99;
+            const int v = feuillesV_->value() ? feuillesV_->value() : 99;
+            if (h == logique_.feuillesH && v == logique_.feuillesV) return;
+            logique_.feuillesH = h;
+            logique_.feuillesV = v;
+            Redessine();
+        });
+    connect(apercu_, &QPushButton::clicked, this, [this] {
+        Base* b = c_.logique.base();
+        if (!logique_.Pret() || !b) return;
+        // The preview draws the template of this window, which stays
+        // until the window draws another.
+        DocumentApercu d;
+        d.titre = A(windowTitle());
+        d.papier = logique_.Plan().geo.papier;
+        d.dessine = [this, b](Surface& s) {
+            return ImprimePages(systemeReel(), logique_.Gabarit(), s,
+                                logique_.Options(*b, c_.logique.app().parametres(),
+                                                 Message(kFeuille)));
+        };
+        ApercuTransmis() = std::move(d);
+        c_.logique.services().fenetres.Ouvre("FrmPrevisualisation");
     });
     connect(precedente_, &QPushButton::clicked, this, [this] {
         if (logique_.Precedente()) Montre();
@@ -168,10 +228,15 @@ void FrmGraphiqueQt::Retraduit() {
     lblType_->setText(M(kType));
     const int i = type_->currentIndex();
     type_->clear();
-    type_->addItems({M(kAscendants), M(kDescendants), M(kMixte)});
+    type_->addItems({M(kAscendants), M(kDescendants), M(kMixte), M(msg_impression::GrapheMixteCouple)});
     type_->setCurrentIndex(std::max(i, 0));
     lblGenerations_->setText(M(kGenerations));
     couleur_->setText(M(kCouleurs));
+    lblDirection_->setText(M(msg_impression::Direction));
+    detaille_->setText(M(msg_impression::Detaille));
+    lblFeuillesH_->setText(M(msg_impression::FeuillesH));
+    lblFeuillesV_->setText(M(msg_impression::FeuillesV));
+    apercu_->setText(M(msg_impression::Apercu));
     precedente_->setText(M(kPrecedente));
     suivante_->setText(M(kSuivante));
     reduire_->setText(M(kReduire));
@@ -211,6 +276,7 @@ void FrmGraphiqueQt::Montre() {
     suivante_->setEnabled(pret && logique_.Rang() < logique_.NombreFeuilles());
     imprimer_->setEnabled(pret);
     pdf_->setEnabled(pret);
+    apercu_->setEnabled(pret);
     toile_->Ajuste();
 }
 

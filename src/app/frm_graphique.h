@@ -60,6 +60,12 @@ class FrmGraphiqueQt : public FormulaireQt {
     QLabel* lblGenerations_;
     QSpinBox* generations_;
     QCheckBox* couleur_;
+    // Direction, detail and sheets of the chart; the preview.
+    QLabel *lblDirection_, *lblFeuillesH_, *lblFeuillesV_;
+    QComboBox* direction_;
+    QCheckBox* detaille_;
+    QSpinBox *feuillesH_, *feuillesV_;
+    QPushButton* apercu_;
     QPushButton *precedente_, *suivante_, *reduire_, *agrandir_, *imprimer_, *pdf_;
     QLabel* feuille_;
     QScrollArea* defile_;

@@ -24,13 +24,20 @@ bool FrmGraphique::Dessine(Base& b, const Parametres& p, std::uint32_t personne,
     if (personne == 0) return false;
     options_ = OptionsGraphe{};
     options_.detaille = detaille;
+    options_.direction = std::clamp(direction, 0, 3);
     options_.feuillesH = feuillesH;
     options_.feuillesV = feuillesV;
     const int g = std::clamp(generations, 1, 99);
     gabarit_ = p.DossierTravail() + b.Chemins().titre + ".svp";
-    const int asc = genre == GenreGraphe::Descendants ? 0 : g;
-    const int desc = genre == GenreGraphe::Ascendants ? 0 : g;
-    GrapheIndividu(b, fs_, gabarit_, personne, asc, desc, options_, m, &plan_);
+    if (genre == GenreGraphe::Couple) {
+        const std::vector<std::uint32_t> mariages = b.Mariages(personne);
+        if (mariages.empty()) return false;
+        GrapheCouple(b, fs_, gabarit_, mariages.front(), g, g, options_, m, &plan_);
+    } else {
+        const int asc = genre == GenreGraphe::Descendants ? 0 : g;
+        const int desc = genre == GenreGraphe::Ascendants ? 0 : g;
+        GrapheIndividu(b, fs_, gabarit_, personne, asc, desc, options_, m, &plan_);
+    }
     pret_ = fs_.existe(gabarit_);
     ligne_ = colonne_ = 1;
     return pret_;

@@ -15,7 +15,9 @@
 
 namespace sylvane {
 
-enum class GenreGraphe { Ascendants, Descendants, Mixte };
+// Couple: the ascendants of both spouses of the first marriage and their
+// descendants.
+enum class GenreGraphe { Ascendants, Descendants, Mixte, Couple };
 
 class FrmGraphique {
   public:
@@ -29,6 +31,7 @@ class FrmGraphique {
     int generations = 4; // 1 to 99
     bool couleur = false;
     bool detaille = false;
+    int direction = 0; // 0 to 3, as OptionsGraphe
     std::int32_t feuillesH = 99, feuillesV = 99; // 99: chosen from the chart
 
     // The chart of `personne`, written to the template in the work folder

@@ -181,20 +181,23 @@ std::optional<TravailImpression> FrmImpression::Prepare(const Metrique& m) {
     return t;
 }
 
-FinRapport FrmImpression::Execute(const TravailImpression& t, Surface& s) {
-    Base* b = f_.base();
+FinRapport FrmImpression::Imprime(MDIForm1& f, const TravailImpression& t, Surface& s,
+                                  bool panneau) {
+    Base* b = f.base();
     if (!b) return FinRapport::Vide;
-    OperationLongue op(f_.services().panneau, f_.services().boites, Message(745), t.titre);
+    std::optional<OperationLongue> op;
+    if (panneau) op.emplace(f.services().panneau, f.services().boites, Message(745), t.titre);
+    auto arret = [&op] { return op && op->Arrete(); };
     if (t.graphe) {
         OptionsPages o = t.pages;
-        o.arret = [&op] { return op.Arrete(); };
-        const FinPages fin = ImprimePages(f_.app().fs(), t.gabarit, s, o);
+        o.arret = arret;
+        const FinPages fin = ImprimePages(f.app().fs(), t.gabarit, s, o);
         return fin == FinPages::Termine ? FinRapport::Termine : FinRapport::Arrete;
     }
     OptionsImpression o = t.options;
-    o.arret = [&op] { return op.Arrete(); };
-    o.progres = [&op](const std::string&, const std::string& texte) { op.Texte(texte); };
-    return ImprimeRapport(*b, f_.app().fs(), s, t.rapport, t.personne, o, t.liste);
+    o.arret = arret;
+    if (op) o.progres = [&op](const std::string&, const std::string& texte) { op->Texte(texte); };
+    return ImprimeRapport(*b, f.app().fs(), s, t.rapport, t.personne, o, t.liste);
 }
 
 DocumentApercu FrmImpression::Apercu(const TravailImpression& t) {
@@ -202,8 +205,8 @@ DocumentApercu FrmImpression::Apercu(const TravailImpression& t) {
     d.titre = t.titre;
     d.papier = t.graphe ? t.pages.papier : t.options.papier;
     d.gabarit = t.graphe ? t.gabarit : std::string();
-    d.dessine = [this, t](Surface& s) {
-        const FinRapport fin = Execute(t, s);
+    d.dessine = [&f = f_, t](Surface& s) {
+        const FinRapport fin = Imprime(f, t, s, false);
         return fin == FinRapport::Termine ? FinPages::Termine : FinPages::Arrete;
     };
     return d;

@@ -119,9 +119,11 @@ class FrmImpression {
     // it refuses. `m` is the metric a chart is laid out with.
     std::optional<TravailImpression> Prepare(const Metrique& m);
     // Runs a prepared report on a surface under the progress panel.
-    FinRapport Execute(const TravailImpression& t, Surface& s);
-    // The same for the preview.
+    FinRapport Execute(const TravailImpression& t, Surface& s) { return Imprime(f_, t, s, true); }
+    // The same for the preview, which draws its pages while it paints:
+    // with no panel, and for as long as the base is open.
     DocumentApercu Apercu(const TravailImpression& t);
+    static FinRapport Imprime(MDIForm1& f, const TravailImpression& t, Surface& s, bool panneau);
 
   private:
     std::uint32_t MariageDuCouple();
