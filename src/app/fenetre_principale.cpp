@@ -33,9 +33,6 @@
 
 namespace sylvane {
 
-namespace {
-
-// A drag tag of a person or an event: "I" or "E" and a number.
 bool EtiquetteGlisser(const QString& t, char& genre, std::uint32_t& numero) {
     if (t.size() < 2 || (t[0] != QChar('I') && t[0] != QChar('E'))) return false;
     bool ok = false;
@@ -45,6 +42,8 @@ bool EtiquetteGlisser(const QString& t, char& genre, std::uint32_t& numero) {
     numero = static_cast<std::uint32_t>(n);
     return true;
 }
+
+namespace {
 
 // The tab strip accepts only drags of persons and events.
 class BarreFenetre : public QTabBar {
@@ -552,6 +551,21 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
     }
     zone_->setActiveSubWindow(sw);
     SynchroniseOnglets();
+}
+
+void MDIForm1Qt::OuvreNumero(const std::string& formulaire, std::uint32_t n) {
+    // The window already on that record: each such form tells its record in
+    // the property "numero", which follows a new record once written.
+    if (n != 0)
+        for (const auto& [cle, sw] : fenetres_)
+            if (Ouverte(sw) && NomFabrique(cle) == formulaire && sw->widget() &&
+                sw->widget()->property("numero").toUInt() == n) {
+                Ouvre(cle);
+                return;
+            }
+    // A new record has no number yet: each of its windows is a new one.
+    static unsigned nouveaux = 0;
+    Ouvre(formulaire + ":" + std::to_string(n) + (n == 0 ? "." + std::to_string(++nouveaux) : ""));
 }
 
 bool MDIForm1Qt::EstOuverte(const std::string& formulaire) const {

@@ -31,6 +31,9 @@ class QTranslator;
 
 namespace sylvane {
 
+// A drag tag of a person or an event: "I" or "E" and a number.
+bool EtiquetteGlisser(const QString& t, char& genre, std::uint32_t& numero);
+
 class MDIForm1Qt : public QMainWindow,
                    public VueMDI,
                    public Boites,
@@ -78,6 +81,7 @@ class MDIForm1Qt : public QMainWindow,
     // Fenetres
     bool Disponible(const std::string& formulaire) const override;
     void Ouvre(const std::string& formulaire) override;
+    void OuvreNumero(const std::string& formulaire, std::uint32_t n) override;
     bool EstOuverte(const std::string& formulaire) const override;
     void FermeTout() override;
     int NombreOuvertes() const override;

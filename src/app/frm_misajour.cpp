@@ -3,6 +3,7 @@
 #include "app/choix_fiche_qt.h"
 #include "app/frm_mot.h"
 #include "app/frm_texte.h"
+#include "ui/frm_evenement.h"
 #include "app/texte_qt.h"
 #include "text/rtf.h"
 
@@ -149,6 +150,13 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
         boite->addWidget(libelle);
         boite->addWidget(label(msg_fiche::Lieu, id));
         boite->addWidget(el, 1);
+        const std::string tag = an == Champ::Naiss ? "BIRT" : "DEAT";
+        auto* ev = new QPushButton(id);
+        ev->setObjectName(QString::fromStdString(tag == "BIRT" ? "CmdEvNaiss" : "CmdEvDeces"));
+        connect(ev, &QPushButton::clicked, this, [this, tag] { CmdEvFiche(c_.logique, *logique_, tag); });
+        boutonsEvt_.emplace_back(ev, tag);
+        horsCreation_.push_back(ev);
+        boite->addWidget(ev);
         gi->addWidget(l, row, 0);
         gi->addLayout(boite, row, 1, 1, 3);
     };
@@ -223,6 +231,12 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     noteMar_->setWordWrap(true);
     auto* cmdTxtMar = bouton(msg_fiche::NotesMariage, cadreMar, [this] { logique_->CmdTxtMar(); });
     horsCreation_.push_back(cmdTxtMar);
+    auto* evMar = new QPushButton(cadreMar);
+    evMar->setObjectName(QStringLiteral("CmdEvMar"));
+    connect(evMar, &QPushButton::clicked, this, [this] { CmdEvFiche(c_.logique, *logique_, "MARR"); });
+    boutonsEvt_.emplace_back(evMar, "MARR");
+    horsCreation_.push_back(evMar);
+    gm->addWidget(evMar, 1, 4);
     gm->addWidget(cmdTxtMar, 2, 0);
     gm->addWidget(noteMar_, 2, 1, 1, 4);
     cadreRubMar_ = new QWidget(cadreMar);
@@ -288,13 +302,28 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     lblEvts->setBuddy(evts_);
     gl->addWidget(lblEvts, 4, 0, 1, 2);
     gl->addWidget(evts_, 5, 0, 1, 2);
+    auto ouvreEvt = [this] {
+        const int r = Ligne(evts_);
+        if (r >= 0) OuvreEvenement(c_.logique, logique_->Evenements()[static_cast<std::size_t>(r)].numero,
+                                   logique_->Personne());
+    };
+    connect(evts_, &QTableWidget::cellDoubleClicked, this, ouvreEvt);
+    auto* bev = new QHBoxLayout;
+    for (QPushButton* b : {bouton(msg_evt::OuvrirEvt, li, ouvreEvt),
+                           bouton(msg_evt::NouvelEvt, li,
+                                  [this] { OuvreEvenement(c_.logique, 0, logique_->Personne()); })}) {
+        bev->addWidget(b);
+        horsCreation_.push_back(b);
+    }
+    bev->addStretch();
+    gl->addLayout(bev, 6, 0, 1, 2);
     auto* lblDocs = label(msg_fiche::Documents, li);
     docs_ = Grille(li, 1);
     docs_->setObjectName(QStringLiteral("LstImage"));
     docs_->horizontalHeader()->hide();
     lblDocs->setBuddy(docs_);
-    gl->addWidget(lblDocs, 6, 0, 1, 2);
-    gl->addWidget(docs_, 7, 0, 1, 2);
+    gl->addWidget(lblDocs, 7, 0, 1, 2);
+    gl->addWidget(docs_, 8, 0, 1, 2);
     auto* bd = new QHBoxLayout;
     for (QPushButton* b : {bouton(msg_fiche::Monter, li, [this] { logique_->CmdImgUp(Ligne(docs_)); }),
                            bouton(msg_fiche::Descendre, li,
@@ -303,7 +332,7 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
         horsCreation_.push_back(b);
     }
     bd->addStretch();
-    gl->addLayout(bd, 8, 0, 1, 2);
+    gl->addLayout(bd, 9, 0, 1, 2);
     onglets_->addTab(li, QString());
 
     // --- Notes.
@@ -357,6 +386,7 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
         if (!ok) return std::nullopt;
         return A(t);
     });
+    L.DefinitEditeurEvenement(EditeurFiche(c.logique, ChoixFicheQt(c)));
     L.DefinitVue(this);
     resize(860, 640);
     Retraduit();
@@ -542,6 +572,9 @@ void FrmMisajourQt::FicheChangee() {
         for (int k = 0; k < 4; ++k) evts_->setItem(i, k, new QTableWidgetItem(Q(c[k])));
     }
     Remplit(docs_, L.Documents(), false, false);
+    // The event buttons, marked when the event exists.
+    for (auto& [b, tag] : boutonsEvt_)
+        b->setText(M(msg_evt::Evenement) + (MarqueEvFiche(c_.logique, L, tag) ? M(849) : QString()));
     Rubriques();
     // The note shows with its bold, italic and alignment, as the editor
     // wrote it.

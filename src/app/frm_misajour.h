@@ -77,6 +77,7 @@ class FrmMisajourQt : public FormulaireQt, public VueFiche {
     QLabel* aide_;
     QPushButton* cmdMaj_;
     std::vector<QWidget*> horsCreation_; // enabled only on a person's sheet
+    std::vector<std::pair<QPushButton*, std::string>> boutonsEvt_; // event buttons and their tag
 };
 
 } // namespace sylvane

@@ -1,5 +1,7 @@
 #include "ui/frm_recherche.h"
 
+#include "ui/frm_evenement.h"
+
 #include "store/base.h"
 #include "store/pack.h"
 #include "text/messages.h"
@@ -401,8 +403,7 @@ bool FrmRechEvt::C_Maj(std::size_t i, bool) {
     if (i >= lignes_.size() || f_.Occupe() || !f_.services().fenetres.Disponible("FrmDesEvt"))
         return false;
     EvenementTransmis() = lignes_[i].numero;
-    f_.services().fenetres.Ouvre("FrmDesEvt");
-    return true;
+    return OuvreEvenement(f_, lignes_[i].numero);
 }
 
 } // namespace sylvane

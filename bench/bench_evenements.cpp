@@ -1,0 +1,148 @@
+// The list of events on a base of 500,000 events: opening the window until
+// it is painted (the list reads only the rows it shows), a page of
+// scrolling, the jump to a typed year (bisection on the date table), and
+// the one order that reads every event, by place.
+//   build/bench/bench_evenements
+// Runs under the offscreen platform unless QT_QPA_PLATFORM says otherwise.
+#include "app/fenetre_principale.h"
+#include "app/frm_evenement.h"
+#include "million.h"
+#include "text/reglages.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMdiSubWindow>
+#include <QTableView>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <filesystem>
+
+using namespace sylvane;
+
+namespace {
+
+constexpr std::uint32_t kEvenements = 500'000;
+constexpr std::uint32_t kParPersonne = 10;
+
+QApplication& Appli() {
+    static int argc = 1;
+    static char* argv[] = {const_cast<char*>("bench_evenements")};
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    static QApplication* app = new QApplication(argc, argv);
+    return *app;
+}
+
+// 50,000 persons with ten events each, of the usual kinds, dated over four
+// centuries and placed in 2,000 places; made once and kept.
+const std::string& BaseEvenements() {
+    static const std::string chemin = [] {
+        const std::string c = Dossier() + "/evenements.sv2";
+        if (!std::filesystem::exists(c)) {
+            Parametres p;
+            Base b(systemeReel(), p);
+            b.Nouvelle(c);
+            std::mt19937 alea(11);
+            static const char* const tags[] = {"BIRT", "CHR", "DEAT", "BURI", "CENS", "RESI", "OCCU"};
+            for (std::uint32_t i = 0; i < kEvenements / kParPersonne; ++i) {
+                const std::uint32_t n = b.CreePersonne("Nom" + std::to_string(alea() % 20000),
+                                                       "Prenom" + std::to_string(alea() % 500), "",
+                                                       "HF"[i % 2], std::to_string(1500 + alea() % 400));
+                for (std::uint32_t k = 0; k < kParPersonne; ++k)
+                    b.CreeEvtPersonne(n, -146000 + static_cast<long>(alea() % 146000), tags[alea() % 7],
+                                      "Lieu" + std::to_string(alea() % 2000));
+            }
+            b.FermeBase();
+        }
+        return c;
+    }();
+    return chemin;
+}
+
+std::string DossierProgrammeBench() {
+    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
+        .parent_path()
+        .append("src")
+        .string();
+}
+
+// The program started on the events' base, its window shown.
+struct Programme {
+    ReglagesMemoire reglages;
+    std::unique_ptr<Application> app;
+    std::unique_ptr<MDIForm1Qt> fenetre;
+    Programme() {
+        Appli();
+        reglages.ecrit("Defaut", "Travail", Dossier());
+        app = std::make_unique<Application>(systemeReel(), reglages, DossierProgrammeBench());
+        fenetre = std::make_unique<MDIForm1Qt>(*app);
+        fenetre->resize(1200, 800);
+        fenetre->show();
+        fenetre->logique().Demarre({BaseEvenements()});
+        QApplication::processEvents();
+    }
+    ~Programme() { fenetre->logique().Termine(); }
+    FrmLstEvtQt* Liste() {
+        fenetre->logique().Execute(Commande::MnuEvenements);
+        QApplication::processEvents();
+        return qobject_cast<FrmLstEvtQt*>(fenetre->Formulaire("FrmLstEvt"));
+    }
+};
+
+Programme& LeProgramme() {
+    static Programme* p = new Programme;
+    return *p;
+}
+
+void BM_OuvrirFrmLstEvt(benchmark::State& state) {
+    Programme& p = LeProgramme();
+    for (auto _ : state) {
+        const auto t0 = std::chrono::steady_clock::now();
+        FrmLstEvtQt* l = p.Liste();
+        l->grille()->viewport()->repaint();
+        const auto t1 = std::chrono::steady_clock::now();
+        state.SetIterationTime(std::chrono::duration<double>(t1 - t0).count());
+        if (l->grille()->model()->rowCount() != static_cast<int>(kEvenements))
+            state.SkipWithError("the list does not hold every event");
+        qobject_cast<QMdiSubWindow*>(l->parentWidget())->close();
+        QApplication::processEvents();
+    }
+}
+BENCHMARK(BM_OuvrirFrmLstEvt)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_PageSuivante(benchmark::State& state) {
+    FrmLstEvtQt* l = LeProgramme().Liste();
+    l->grille()->setFocus();
+    for (auto _ : state) {
+        QKeyEvent e(QEvent::KeyPress, Qt::Key_PageDown, Qt::NoModifier);
+        QApplication::sendEvent(l->grille(), &e);
+        l->grille()->viewport()->repaint();
+    }
+}
+BENCHMARK(BM_PageSuivante)->Unit(benchmark::kMicrosecond);
+
+void BM_AllerAUneAnnee(benchmark::State& state) {
+    FrmLstEvtQt* l = LeProgramme().Liste();
+    int an = 1500;
+    for (auto _ : state) {
+        if (++an > 1899) an = 1500;
+        benchmark::DoNotOptimize(l->logique().Position(std::to_string(an)));
+    }
+}
+BENCHMARK(BM_AllerAUneAnnee)->Unit(benchmark::kMicrosecond);
+
+void BM_TrierParLieu(benchmark::State& state) {
+    FrmLstEvtQt* l = LeProgramme().Liste();
+    for (auto _ : state) {
+        l->logique().Trie(OrdreEvt::Lieu, false);
+        state.PauseTiming();
+        l->logique().Trie(OrdreEvt::Date, false);
+        state.ResumeTiming();
+    }
+}
+BENCHMARK(BM_TrierParLieu)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+} // namespace
+
+BENCHMARK_MAIN();
