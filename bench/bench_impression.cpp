@@ -85,3 +85,4 @@ void BM_DescendantsFiches(benchmark::State& state) { Descendants(state, false); 
 
 BENCHMARK(BM_DescendantsListeRapide)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DescendantsFiches)->Unit(benchmark::kMillisecond);
+BENCHMARK_MAIN();
