@@ -2,8 +2,10 @@
 // selection and its refusals, the searches handing a graph on, the
 // related persons' menu, the cousinage rows and the branch outputs.
 #include "store/fichier_memoire.h"
+#include "store/pack.h"
 #include "support/services_faux.h"
 #include "text/messages.h"
+#include "ui/frm_listes.h"
 #include "ui/frm_parente.h"
 
 #include <gtest/gtest.h>
@@ -122,6 +124,67 @@ TEST_F(Selection, GraphMenuAndCousinages) {
     ASSERT_EQ(lignes->size(), 1u);
     EXPECT_EQ((*lignes)[0].mari, A);
     EXPECT_TRUE(fs.existe(app.parametres().DossierTravail() + "Cousinage.txt"));
+}
+
+TEST_F(Selection, HandOffsBetweenWindows) {
+    // A search hands its persons to the selection: those already there
+    // are passed over without a box, and the slot is emptied.
+    FrmRechAscendant r(*f);
+    ParenteTransmise().liste = Pack4(F) + Pack4(H) + Pack4(X);
+    EXPECT_EQ(r.RecoitTransfert(), 2u);
+    EXPECT_TRUE(s.boites.informations.empty());
+    EXPECT_EQ(r.Grille().size(), 3u);
+    EXPECT_TRUE(ParenteTransmise().liste.empty());
+    EXPECT_EQ(r.RecoitTransfert(), 0u);
+
+    // A graph goes through the same slot, once; a list without depth
+    // takes the setting.
+    TransmetGraphe(DemandeGraphe{{A, F}, 'D', 4});
+    auto d = DemandeTransmise(*f);
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->liste, (std::vector<std::uint32_t>{A, F}));
+    EXPECT_EQ(d->mode, 'D');
+    EXPECT_EQ(d->generations, 4);
+    EXPECT_FALSE(DemandeTransmise(*f));
+    ParenteTransmise().liste = Pack4(C) + "xy"; // a broken tail is dropped
+    d = DemandeTransmise(*f);
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->liste, std::vector<std::uint32_t>{C});
+    EXPECT_EQ(d->generations, 10);
+}
+
+TEST_F(Selection, CousinageRowsShownSortedRemovedWritten) {
+    FrmRechAscendant r(*f);
+    r.Ajoute(H);
+    r.BasculeMarque(1);
+    const auto lignes = r.CmdAscComMult();
+    ASSERT_TRUE(lignes);
+    auto deux = *lignes;
+    deux.push_back(deux[0]);
+    deux[0].lieu = "rouen";
+    deux[1].lieu = "caen";
+    deux[1].cle = "0#" + std::to_string(G) + "#garbage#" + std::to_string(G) + "#";
+    FrmParenteAsc a(*f, {deux, r.Comparaison(), r.Sujets()});
+    a.CmdTriLieu();
+    EXPECT_EQ(a.Lignes()[0].lieu, "caen");
+    // The key of a row makes the graph's list: the couple then its
+    // persons, each once, what is not a number passed over.
+    auto d = a.CmdAfficher(1);
+    ASSERT_TRUE(d);
+    ASSERT_EQ(d->liste.size(), 4u);
+    EXPECT_EQ(d->liste[0], A);
+    EXPECT_EQ(d->liste[1], B);
+    EXPECT_EQ(d->mode, 'A');
+    EXPECT_EQ(a.CmdAfficher(0)->liste, std::vector<std::uint32_t>{G});
+    EXPECT_FALSE(a.CmdAfficher(2));
+    s.fichiers.chemins = {std::string("/d/cousins.htm")};
+    EXPECT_TRUE(a.CmdHtml());
+    const std::string page = lireTout(fs, "/d/cousins.htm");
+    EXPECT_NE(page.find(b().NomComplet(H)), std::string::npos);
+    EXPECT_NE(page.find("* " + b().NomComplet(F)), std::string::npos) << "the subject marked";
+    a.CmdEcarter(0);
+    a.CmdEcarter(5);
+    EXPECT_EQ(a.Lignes().size(), 1u);
 }
 
 TEST_F(Selection, BranchWindows) {

@@ -1,7 +1,9 @@
 // The logic of the relationship, cousinage and branch windows.
 #include "ui/frm_parente.h"
 
+#include "store/pack.h"
 #include "text/messages.h"
+#include "ui/frm_listes.h"
 
 #include <algorithm>
 
@@ -16,7 +18,43 @@ std::string Remplace(std::string texte, const std::string& nom) {
     return texte;
 }
 
+// The numbers of a text such as "12#34#" or "12/34", in order; what is not
+// a number is passed over.
+std::vector<std::uint32_t> Nombres(const std::string& texte, char separateur) {
+    std::vector<std::uint32_t> r;
+    for (std::size_t i = 0; i < texte.size();) {
+        const std::size_t fin = std::min(texte.find(separateur, i), texte.size());
+        std::uint32_t n = 0;
+        for (std::size_t k = i; k < fin && n < 400000000u; ++k)
+            if (texte[k] >= '0' && texte[k] <= '9') n = n * 10 + static_cast<std::uint32_t>(texte[k] - '0');
+        if (n && std::find(r.begin(), r.end(), n) == r.end()) r.push_back(n);
+        i = fin + 1;
+    }
+    return r;
+}
+
 } // namespace
+
+void TransmetGraphe(const DemandeGraphe& d) {
+    TransfertParente& t = ParenteTransmise();
+    t.liste.clear();
+    for (std::uint32_t p : d.liste) t.liste += Pack4(p);
+    t.mode = d.mode;
+    t.generations = d.generations;
+    t.personne = d.liste.empty() ? 0 : d.liste.front();
+}
+
+std::optional<DemandeGraphe> DemandeTransmise(MDIForm1& mdi) {
+    TransfertParente& t = ParenteTransmise();
+    if (t.liste.size() < 4) return std::nullopt;
+    DemandeGraphe d;
+    for (std::size_t i = 0; i + 4 <= t.liste.size(); i += 4) d.liste.push_back(Unpack4(t.liste, i));
+    d.mode = t.mode == 'D' ? 'D' : 'A';
+    d.generations = t.generations > 0 ? t.generations
+                                      : mdi.app().parametres().maximumRechercheParente;
+    t = TransfertParente{};
+    return d;
+}
 
 // --- FrmRechAscendant ---------------------------------------------------------------
 
@@ -40,6 +78,21 @@ bool FrmRechAscendant::Ajoute(std::uint32_t personne) {
     if (!n.empty() || !d.empty()) l.dates = n + "-" + d;
     grille_.insert(grille_.begin(), l);
     return true;
+}
+
+std::size_t FrmRechAscendant::RecoitTransfert() {
+    TransfertParente& t = ParenteTransmise();
+    const std::string liste = std::move(t.liste);
+    t = TransfertParente{};
+    std::size_t n = 0;
+    for (std::size_t i = 0; i + 4 <= liste.size(); i += 4) {
+        const std::uint32_t p = Unpack4(liste, i);
+        if (std::none_of(grille_.begin(), grille_.end(),
+                         [p](const Ligne& l) { return l.personne == p; }) &&
+            Ajoute(p))
+            ++n;
+    }
+    return n;
 }
 
 void FrmRechAscendant::CmdRechercher() {
@@ -125,6 +178,13 @@ void FrmRechAscendant::EcritListeJs(const std::string& dossier) {
     }
 }
 
+std::vector<std::uint32_t> FrmRechAscendant::Sujets() const {
+    std::vector<std::uint32_t> r;
+    for (const Ligne& l : grille_)
+        if (l.marque) r.push_back(l.personne);
+    return r;
+}
+
 std::string FrmRechAscendant::Comparaison() const {
     const bool sujets =
         std::any_of(grille_.begin(), grille_.end(), [](const Ligne& l) { return l.marque; });
@@ -160,6 +220,32 @@ std::string FrmParenteVisu::Titre() const {
     return Remplace(Message(768), mdi_.base()->NomComplet(demande_.liste.front()));
 }
 
+std::string FrmParenteVisu::EcritGabarit(Papier& papier) const {
+    if (!graphe_ || !mdi_.base()) throw ErreurES("", "graphe absent");
+    const std::string chemin =
+        mdi_.app().parametres().DossierTravail() + mdi_.base()->Chemins().titre + "-parente.svp";
+    graphe_->EcritGabarit(mdi_.base()->Systeme(), chemin, papier, Titre());
+    return chemin;
+}
+
+OptionsPages FrmParenteVisu::Options(const Papier& papier) const {
+    OptionsPages o;
+    o.papier = papier;
+    o.couleur = true;
+    o.policeMax = 10;
+    Base* b = mdi_.base();
+    o.texte = [b](std::uint32_t p, const StyleBoite&) { return b ? TexteNoeudParente(*b, p) : ""; };
+    o.sexe = [b](std::uint32_t p) {
+        const std::string sx = b ? b->LitSexe(p) : "";
+        return sx.empty() ? ' ' : sx[0];
+    };
+    const Parametres& pa = mdi_.app().parametres();
+    o.couleurHomme = pa.couleurCadreHomme;
+    o.couleurFemme = pa.couleurCadreFemme;
+    o.couleurIndetermine = pa.couleurCadreIndetermine;
+    return o;
+}
+
 std::vector<FrmParenteVisu::EntreeMenu> FrmParenteVisu::MenuProches(std::size_t noeud) {
     std::vector<EntreeMenu> r;
     if (!graphe_ || !mdi_.base()) return r;
@@ -177,6 +263,60 @@ std::vector<FrmParenteVisu::EntreeMenu> FrmParenteVisu::MenuProches(std::size_t 
         }
     }
     return r;
+}
+
+// --- FrmParenteAsc -------------------------------------------------------------------
+
+FrmParenteAsc::Analyse& CousinagesTransmis() {
+    static FrmParenteAsc::Analyse a;
+    return a;
+}
+
+FrmParenteAsc::FrmParenteAsc(MDIForm1& mdi, Analyse analyse) : mdi_(mdi), a_(std::move(analyse)) {}
+
+std::optional<DemandeGraphe> FrmParenteAsc::CmdAfficher(std::size_t ligne) const {
+    if (ligne >= a_.lignes.size()) return std::nullopt;
+    DemandeGraphe d{Nombres(a_.lignes[ligne].cle, '#'), 'A',
+                    mdi_.app().parametres().maximumRechercheParente};
+    if (d.liste.empty()) return std::nullopt;
+    return d;
+}
+
+void FrmParenteAsc::CmdEcarter(std::size_t ligne) {
+    if (ligne < a_.lignes.size()) a_.lignes.erase(a_.lignes.begin() + static_cast<long>(ligne));
+}
+
+void FrmParenteAsc::CmdTriLieu() {
+    std::stable_sort(a_.lignes.begin(), a_.lignes.end(),
+                     [](const LigneCousinage& x, const LigneCousinage& y) { return x.lieu < y.lieu; });
+}
+
+bool FrmParenteAsc::CmdHtml() {
+    Base* b = mdi_.base();
+    if (!b || a_.lignes.empty()) return false;
+    const auto chemin = mdi_.services().fichiers.Enregistrer(
+        0, "HTML (*.htm) |*.htm|", mdi_.app().parametres().DossierTravail() + "Cousinages.htm");
+    if (!chemin) return false;
+    std::string nom;
+    for (std::uint32_t p : Nombres(a_.comparaison, '/')) nom += (nom.empty() ? "" : ", ") + b->NomComplet(p);
+    try {
+        const auto f = SortieExport(*b, *chemin);
+        f->Sortie().ecrire(0, PageCousinages(*b, nom, a_.lignes, a_.sujets));
+        f->Valide();
+    } catch (const ErreurES& e) {
+        mdi_.services().boites.Texte(e.what());
+        return false;
+    }
+    return true;
+}
+
+bool FicheDe(MDIForm1& mdi, std::uint32_t personne) {
+    if (personne == 0 || mdi.Occupe() || !mdi.services().fenetres.Disponible("FrmMisajour"))
+        return false;
+    mdi.Confirme_Fiche_En_Cours();
+    mdi.personneFiche = personne;
+    mdi.services().fenetres.Ouvre("FrmMisajour");
+    return true;
 }
 
 // --- FrmBrancheAsc, FrmBrancheDesc --------------------------------------------------------

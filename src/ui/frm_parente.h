@@ -25,6 +25,13 @@ struct DemandeGraphe {
     int generations = 10;
 };
 
+// A graph handed to a new graph window, through the slot the lists and
+// searches share (`ListeParente`, `ModeParente`, `GenerationsParente`).
+void TransmetGraphe(const DemandeGraphe& d);
+// Takes what was handed over, once; nothing when the slot is empty. A
+// hand-off without a depth takes the setting "Maximum Recherche Parente".
+std::optional<DemandeGraphe> DemandeTransmise(MDIForm1& mdi);
+
 class FrmRechAscendant {
   public:
     struct Ligne {
@@ -43,6 +50,9 @@ class FrmRechAscendant {
     bool Ajoute(std::uint32_t personne);
     // `CmdRechercher`: the person picker, then Ajoute.
     void CmdRechercher();
+    // Persons handed over by a list or a search join the selection (those
+    // already there are passed over quietly); the number added.
+    std::size_t RecoitTransfert();
     // `CmdEcarter`: the row goes.
     void CmdEcarter(std::size_t ligne);
     void BasculeMarque(std::size_t ligne);
@@ -56,6 +66,8 @@ class FrmRechAscendant {
     // `CmdAscComMult`: the cousinage rows for a new `FrmParenteAsc`, and
     // the two text files in the work folder.
     std::optional<std::vector<LigneCousinage>> CmdAscComMult();
+    // The persons marked "*".
+    std::vector<std::uint32_t> Sujets() const;
     // F12: "ListeCousins.js" in `dossier`.
     void EcritListeJs(const std::string& dossier);
     // The persons not marked "*" (all when none is), joined by "/".
@@ -89,12 +101,53 @@ class FrmParenteVisu {
     std::vector<EntreeMenu> MenuProches(std::size_t noeud);
     const DemandeGraphe& Demande() const { return demande_; }
     std::string Titre() const;
+    // The box's pop-up: `MnuSuppression` and a related person picked.
+    void Ecarte(std::size_t noeud) { if (graphe_) graphe_->Ecarte(noeud); }
+    void Ajoute(std::uint32_t personne) { if (graphe_) graphe_->Ajoute(personne); }
+    // The drawing as a page template in the work folder, for the printer
+    // and PDF, with the options that draw it (the colours of the sexes).
+    // Throws ErreurES.
+    std::string EcritGabarit(Papier& papier) const;
+    OptionsPages Options(const Papier& papier) const;
 
   private:
     MDIForm1& mdi_;
     DemandeGraphe demande_;
     std::unique_ptr<GrapheParente> graphe_;
 };
+
+// `FrmParenteAsc`: the cousinage rows of one analysis.
+class FrmParenteAsc {
+  public:
+    struct Analyse {
+        std::vector<LigneCousinage> lignes;
+        std::string comparaison;             // the persons compared, joined by "/"
+        std::vector<std::uint32_t> sujets;   // marked "*" in the selection
+    };
+    FrmParenteAsc(MDIForm1& mdi, Analyse analyse);
+    const std::vector<LigneCousinage>& Lignes() const { return a_.lignes; }
+    const std::string& Comparaison() const { return a_.comparaison; }
+    // `CmdAfficher`: the row's key (the couple, then its persons) as the
+    // list of a new graph, mode "A".
+    std::optional<DemandeGraphe> CmdAfficher(std::size_t ligne) const;
+    // `CmdEcarter`.
+    void CmdEcarter(std::size_t ligne);
+    // `CmdTriLieu`: sorted on the place, the order of the rows kept
+    // within one place.
+    void CmdTriLieu();
+    // `CmdHTML`: one page of every row, through the file dialog.
+    bool CmdHtml();
+
+  private:
+    MDIForm1& mdi_;
+    Analyse a_;
+};
+
+// What the selection hands to a new `FrmParenteAsc` window.
+FrmParenteAsc::Analyse& CousinagesTransmis();
+
+// `MnuMaj`, `CmdMaj`: the person on the sheet, the pending one settled.
+bool FicheDe(MDIForm1& mdi, std::uint32_t personne);
 
 // The branch windows' logic over one outline.
 class FrmBranche {
