@@ -31,6 +31,11 @@ std::span<const Verbe> Verbes() {
         Verbe{"event", "event BASE.sv2 N  (un \xC3\xA9v\xC3\xA9nement, ses personnes et leurs r\xC3\xB4les)",
               VerbeEvent},
         Verbe{"documents", "documents BASE.sv2", VerbeDocuments},
+        Verbe{"add-document",
+              "add-document BASE.sv2 --title T --file F [--type T] [--person N|--event N]",
+              VerbeAddDocument},
+        Verbe{"picture-info", "picture-info FILE  (l'ent\xC3\xAAte d'une image, en JSON)",
+              VerbePictureInfo},
         Verbe{"keywords", "keywords BASE.sv2 [SYMBOLE]", VerbeKeywords},
         Verbe{"add-event",
               "add-event BASE.sv2 --person N --tag TAG --date \"12 mars 1850\" [--place P]",
@@ -59,6 +64,15 @@ std::span<const Verbe> Verbes() {
         Verbe{"import-gedcom",
               "import-gedcom FILE.ged BASE.sv2 [--sort yes|no] [--keywords yes|no] [--force]",
               VerbeImportGedcom},
+        Verbe{"import-register",
+              "import-register FILE.csv BASE.sv2 --kind marriage|baptism|burial|ascendance [--force]",
+              VerbeImportRegister},
+        Verbe{"communes",
+              "communes FILE.svx search TEXT | communes FILE.svx word WORD | "
+              "communes FILE.svx show N | communes FILE.svx add NAME [--postcode C] "
+              "[--population P] [--area A] [--comment T] | communes FILE.svx remove N | "
+              "communes FILE.svx reorganise",
+              VerbeCommunes},
         Verbe{"export-gedcom",
               "export-gedcom BASE.sv2 OUT.ged [--charset ansi|ansel|ascii|html|utf8] [--links] "
               "[--ascendants N|--descendants N]... [--collaterals] [--complete] "
