@@ -199,6 +199,9 @@ FrmImpressionQt::FrmImpressionQt(ContexteQt& c, QWidget* parent)
         else close();
     });
     Retraduit();
+    // The area would squeeze the fields of the groups: the form keeps the
+    // height its fields need.
+    setMinimumHeight(sizeHint().height());
 }
 
 void FrmImpressionQt::Retraduit() {
