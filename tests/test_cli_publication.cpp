@@ -61,6 +61,10 @@ TEST_F(VerbesPublication, RtfReportsAndTheirRefusals) {
         const auto r = LanceCli({"rtf", base, "1", "--report", genre, d / "r.rtf"});
         ASSERT_EQ(r.statut, 0) << genre << r.err;
         EXPECT_EQ(test::LitFichier(d / "r.rtf").rfind("{\\rtf1\\ansi", 0), 0u);
+        // The title names the person, read before the base is let go.
+        EXPECT_NE(nlohmann::json::parse(r.out)["title"].get<std::string>().find("BERTHIER"),
+                  std::string::npos)
+            << r.out;
     }
     EXPECT_EQ(LanceCli({"rtf", base, "1", "--report", "tree", d / "x.rtf"}).statut, 2);
     EXPECT_EQ(LanceCli({"rtf", base, "1", "--report", "asc", "--levels", "0", d / "x.rtf"}).statut, 2);

@@ -117,6 +117,7 @@ int VerbeRtf(const Arguments& args, std::ostream& out, std::ostream& err) {
     ListeParente liste(b, systemeReel());
     liste.avertit = [&err](const std::string& t) { err << AnsiVersUtf8(t) << "\n"; };
     const std::string sortie = Chemin(o.positionnels()[2]);
+    const std::string titre = TitreRapport(b, genre, personne);
     const FinRTF fin =
         RapportRTF(b, systemeReel(), Interaction{}, liste, genre, personne, niveaux, sortie, options);
     liste.SupprimeFichiers();
@@ -125,7 +126,7 @@ int VerbeRtf(const Arguments& args, std::ostream& out, std::ostream& err) {
         throw std::runtime_error("la liste n'a pu \xC3\xAAtre construite dans " +
                                  CheminLisible(s.parametres.dossierTravail));
     nlohmann::json j;
-    j["title"] = Texte(TitreRapport(b, genre, personne));
+    j["title"] = Texte(titre);
     j["file"] = CheminLisible(sortie);
     Ligne(out, j);
     return 0;
