@@ -163,4 +163,29 @@ TEST(CliReleve, RefusEtUsage) {
     EXPECT_FALSE(std::filesystem::exists(d / "x.sv2"));
 }
 
+TEST(CliCommunes, AjoutRechercheMotEtRetrait) {
+    test::DossierTemp d;
+    const std::string svx = d / "France.svx";
+    ASSERT_EQ(LanceCli({"communes", svx, "add", "Saint-Jean-de-Luz", "--code", "64483", "--postcode", "64500",
+                        "--population", "14000"}).out, "1\n");
+    ASSERT_EQ(LanceCli({"communes", svx, "add", "L'\xC3\x8Ele-Bouchard", "--comment", "Touraine"}).out, "2\n");
+    json r = json::parse(LanceCli({"communes", svx, "search", "l'ile-bouchard"}).out);
+    EXPECT_TRUE(r["exact"]);
+    ASSERT_EQ(r["communes"].size(), 1u);
+    EXPECT_EQ(r["communes"][0]["comment"], "Touraine");
+    r = json::parse(LanceCli({"communes", svx, "search", "saint"}).out);
+    EXPECT_FALSE(r["exact"]);
+    EXPECT_EQ(r["name"], "Saint-Jean-de-Luz");
+    EXPECT_EQ(r["communes"][0]["postcodes"], "64500");
+    r = json::parse(LanceCli({"communes", svx, "word", "luz"}).out);
+    EXPECT_EQ(r["word"], "Luz");
+    EXPECT_EQ(r["communes"][0]["number"], 1);
+    EXPECT_EQ(LanceCli({"communes", svx, "remove", "1"}).statut, 0);
+    EXPECT_EQ(json::parse(LanceCli({"communes", svx, "show", "1"}).out)["name"], "");
+    EXPECT_EQ(json::parse(LanceCli({"communes", svx, "show", "2"}).out)["population"], 0);
+    EXPECT_EQ(LanceCli({"communes", svx, "show", "3"}).statut, 2);
+    test::EcritFichier(d / "faux.svx", "pas un fichier de communes");
+    EXPECT_NE(LanceCli({"communes", d / "faux.svx", "search", "x"}).statut, 0);
+}
+
 } // namespace
