@@ -6,10 +6,12 @@
 #include "support/services_faux.h"
 #include "text/messages.h"
 #include "ui/frm_fusion.h"
+#include "ui/frm_misajour.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 
 using namespace sylvane;
 using test::ServicesFaux;
@@ -84,6 +86,46 @@ TEST_F(Fusion, SearchFillsTheTableAndItsFileWhichTheNextFormReads) {
     FrmFusion::PlageDemandee() = "2/2";
     EXPECT_EQ(FrmFusion(*f).Plage(), "2/2");
     EXPECT_EQ(FrmFusion(*f).Plage(), "1/2");
+}
+
+// The sheet's modal forms are not used here.
+struct SansChoix : ChoixFiche {
+    std::uint32_t Cree(const std::string&) override { return 0; }
+    std::uint32_t Choisit(Candidats, std::uint32_t, char, const std::string&) override { return 0; }
+    std::optional<std::string> EditeTexte(const std::string&, const std::string&) override {
+        return std::nullopt;
+    }
+};
+
+TEST_F(Fusion, SheetAsksForTheMarriageItShows) {
+    SansChoix choix;
+    // A person with no marriage: nothing opens.
+    f->personneFiche = pere1;
+    {
+        FrmMisajour fiche(*f, choix);
+        EXPECT_FALSE(fiche.DoublonPossible());
+        fiche.CmdDoublon();
+    }
+    EXPECT_FALSE(s.fenetres.EstOuverte("FrmFusion"));
+    EXPECT_TRUE(FrmFusion::PlageDemandee().empty());
+
+    // The second husband's sheet: the search is limited to his marriage,
+    // and still finds him and his wife against the first couple.
+    f->personneFiche = h2;
+    const std::string m = std::to_string(B().Mariages(h2).at(0));
+    {
+        FrmMisajour fiche(*f, choix);
+        ASSERT_TRUE(fiche.DoublonPossible());
+        fiche.CmdDoublon();
+    }
+    EXPECT_TRUE(s.fenetres.EstOuverte("FrmFusion"));
+    FrmFusion frm(*f);
+    EXPECT_EQ(frm.Plage(), m + "/" + m);
+    ASSERT_TRUE(frm.OptSeuil_Click(0));
+    const auto g = frm.Grille();
+    ASSERT_EQ(g.size(), 2u);
+    EXPECT_EQ(g[0].premier, h2);
+    EXPECT_EQ(g[0].second, h1);
 }
 
 TEST_F(Fusion, LabelsTakeAPickedOrDroppedPersonOnly) {

@@ -4,6 +4,7 @@
 #include "app/frm_mot.h"
 #include "app/frm_texte.h"
 #include "ui/frm_evenement.h"
+#include "ui/frm_fusion.h"
 #include "app/texte_qt.h"
 #include "text/rtf.h"
 
@@ -209,6 +210,9 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
         bm->addWidget(b);
         horsCreation_.push_back(b);
     }
+    cmdDoublon_ = bouton(kFusionDoublon, fam, [this] { logique_->CmdDoublon(); });
+    cmdDoublon_->setObjectName(QStringLiteral("CmdDoublon"));
+    bm->addWidget(cmdDoublon_);
     bm->addStretch();
     gf->addLayout(bm, 2, 0, 1, 2);
     auto* cadreMar = new QGroupBox(fam);
@@ -585,6 +589,7 @@ void FrmMisajourQt::FicheChangee() {
     aide_->setText(L.Aide() ? MT(L.Aide()) : QString());
     cmdMaj_->setText(M(L.Nouvelle() ? msg_fiche::MiseAJour : msg_fiche::Valider));
     for (QWidget* w : horsCreation_) w->setEnabled(!L.Nouvelle());
+    cmdDoublon_->setEnabled(L.DoublonPossible());
     for (int i = 1; i < onglets_->count(); ++i) onglets_->setTabEnabled(i, !L.Nouvelle());
     setWindowTitle(L.Nouvelle() ? M(msg_fiche::Titre)
                                 : M(msg_fiche::Titre) + QStringLiteral(" - ") + Q(L.Statut()));

@@ -76,6 +76,7 @@ class FrmMisajourQt : public FormulaireQt, public VueFiche {
     QLabel* statut_;
     QLabel* aide_;
     QPushButton* cmdMaj_;
+    QPushButton* cmdDoublon_; // enabled with a marriage shown
     std::vector<QWidget*> horsCreation_; // enabled only on a person's sheet
     std::vector<std::pair<QPushButton*, std::string>> boutonsEvt_; // event buttons and their tag
 };

@@ -164,6 +164,7 @@ inline constexpr int kFusionSupprimee = 4434;
 inline constexpr int kFusionChoisir = 4435;
 inline constexpr int kFusionEtapes = 4437; // general data to children, 4440
 inline constexpr int kFusionMariagesTitre = 4441;
+inline constexpr int kFusionDoublon = 4442; // the sheet's button
 inline constexpr int kFusionBouton = 347;
 
 } // namespace sylvane

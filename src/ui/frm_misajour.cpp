@@ -8,6 +8,7 @@
 #include "text/mots.h"
 #include "text/phonetique.h"
 #include "text/tags.h"
+#include "ui/frm_fusion.h"
 
 #include <algorithm>
 #include <cctype>
@@ -828,6 +829,15 @@ void FrmMisajour::C_Smar() {
     if (!r.ecrit) return;
     f_.mariagePendant = false;
     ApresLien(r);
+}
+
+void FrmMisajour::CmdDoublon() {
+    if (!BaseLa() || !DoublonPossible() || mariage_ >= static_cast<int>(conjoints_.size())) return;
+    const std::string& m = conjoints_[static_cast<std::size_t>(mariage_)].texte;
+    FrmFusion::PlageDemandee() = m + "/" + m;
+    f_.services().fenetres.Ouvre("FrmFusion");
+    // A merge made there may have removed this person or changed its lists.
+    Actualise();
 }
 
 void FrmMisajour::CmdMarUp() {

@@ -198,6 +198,10 @@ class FrmMisajour {
     bool MarBasPossible() const {
         return mariage_ >= 0 && mariage_ + 1 < static_cast<int>(conjoints_.size());
     }
+    // CmdDoublon: the merge window, its search limited to the marriage
+    // selected ("m/m"); nothing without a marriage.
+    void CmdDoublon();
+    bool DoublonPossible() const { return !Nouvelle() && mariage_ >= 0; }
     // GrdLiens row click: its text goes to TxtLien.
     void SelectionneLien(int rang);
     int LienSelectionne() const { return lien_; }
