@@ -232,6 +232,13 @@ TEST_F(ParenteTest, Capture) {
     ASSERT_TRUE(fenetre->logique().Execute(Commande::MnuParente));
     FrmRechAscendantQt* r = Formes<FrmRechAscendantQt>().at(0);
     r->RecoitGlisser('I', 21);
+    r->grab().save(QString::fromLocal8Bit(dossierCapture) + "/selection.png");
+    QTest::mouseClick(r->cmdMultiple(), Qt::LeftButton);
+    QApplication::processEvents();
+    if (auto asc = Formes<FrmParenteAscQt>(); !asc.empty()) {
+        asc[0]->grab().save(QString::fromLocal8Bit(dossierCapture) + "/cousinages.png");
+        asc[0]->parentWidget()->close();
+    }
     QTest::mouseClick(r->cmdAscCom(), Qt::LeftButton);
     QApplication::processEvents();
     auto graphes = Formes<FrmParenteVisuQt>();
