@@ -16,6 +16,7 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QShortcut>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTimer>
@@ -400,8 +401,9 @@ FrmParenteVisuQt::FrmParenteVisuQt(ContexteQt& c, QWidget* parent)
     graphe_ = Bouton(this);
     imprimer_ = Bouton(this);
     pdf_ = Bouton(this);
-    reduire_->setShortcut(QKeySequence::ZoomOut);
-    agrandir_->setShortcut(QKeySequence::ZoomIn);
+    // Ctrl+- and Ctrl++ beside the buttons' own letters.
+    connect(new QShortcut(QKeySequence::ZoomOut, this), &QShortcut::activated, reduire_, &QPushButton::click);
+    connect(new QShortcut(QKeySequence::ZoomIn, this), &QShortcut::activated, agrandir_, &QPushButton::click);
     refus_ = new QLabel(this);
     refus_->setWordWrap(true);
     refus_->hide();
