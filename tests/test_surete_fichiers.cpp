@@ -122,9 +122,10 @@ TEST(SureteExport, AFaultAnywhereLeavesTheOldFile) {
         b.FermeBase();
     }
     for (int format = 0; format < 2; ++format) {
-        std::string ancien, nouveau;
+        // n = 0: the export without a fault, to know the whole new file.
+        std::string nouveau;
         bool fini = false;
-        for (long n = 1; !fini; ++n) {
+        for (long n = 0; !fini; ++n) {
             SystemeMemoire fs;
             fs.copieDe(modele);
             ecrireTout(fs, "/d/sortie", "ancien");
@@ -132,7 +133,8 @@ TEST(SureteExport, AFaultAnywhereLeavesTheOldFile) {
             fs.synchroniserDossier("/d/sortie");
             Base b(fs, p);
             b.Ouvre("/d/b.sv2", true);
-            fs.echouerApres(n, n % 2 == 0);
+            if (n > 0) fs.echouerApres(n, n % 2 == 0);
+            bool valide = false;
             try {
                 if (format == 0) {
                     OptionsExport o;
@@ -143,24 +145,30 @@ TEST(SureteExport, AFaultAnywhereLeavesTheOldFile) {
                     sel.SelectionneTout();
                     ExporteSvr(b, sel, p, fs, "/d/sortie");
                 }
-                fini = true;
+                valide = true;
             } catch (const ErreurES&) {
             }
             fs.retablir();
             const std::string vu = fs.contenu("/d/sortie");
-            if (!fini) {
-                EXPECT_EQ(vu, "ancien") << "format " << format << ", faute " << n;
-            } else {
-                EXPECT_GT(vu.size(), 1000u);
+            if (n == 0) {
+                ASSERT_TRUE(valide);
+                ASSERT_GT(vu.size(), 1000u);
                 nouveau = vu;
+                continue;
+            }
+            fini = valide;
+            // A fault after the rename (the folder's sync) leaves the new
+            // file in place and says so; never a piece of either.
+            EXPECT_TRUE(vu == "ancien" || vu == nouveau) << "format " << format << ", faute " << n;
+            if (valide) {
+                EXPECT_EQ(vu, nouveau);
             }
             b.Abandonne();
             fs.simulerPanne();
             const std::string apres = fs.contenu("/d/sortie");
-            EXPECT_TRUE(apres == "ancien" || (fini && apres == nouveau))
-                << "format " << format << ", faute " << n;
-            if (fini) {
-                EXPECT_EQ(apres, nouveau);
+            EXPECT_TRUE(apres == "ancien" || apres == nouveau) << "format " << format << ", faute " << n;
+            if (valide) {
+                EXPECT_EQ(apres, nouveau) << "format " << format;
             }
             ASSERT_LT(n, 200);
         }
@@ -214,6 +222,83 @@ TEST(SureteImport, AFaultAnywhereLeavesTheOldBase) {
     }
 }
 
+// The journal of a base that is gone stays beside its name. An import that
+// makes a new base of that name must never have it replayed over the new
+// base, whatever the disk kept of the removal and the rename.
+TEST(SureteImport, AJournalWithoutItsBaseNeverReachesTheNewOne) {
+    Parametres p;
+    SystemeMemoire depart;
+    depart.fixerGraine(0);
+    {
+        Base b(depart, p);
+        b.Nouvelle("/d/b.sv2");
+        for (int i = 0; i < 300; ++i) b.CreePersonne("Ancien", "P" + std::to_string(i), "", 'H', "1700");
+        b.FermeBase();
+    }
+    // The journal of a commit that a fault cut short...
+    SystemeMemoire modele;
+    for (long k = 1; k < 100 && !modele.existe("/d/b.log"); ++k) {
+        modele.copieDe(depart);
+        modele.fixerGraine(0);
+        Base b(modele, p);
+        b.Ouvre("/d/b.sv2");
+        for (std::uint32_t n = 1; n <= 300; n += 3) b.EcritNote(n, "note " + std::to_string(n));
+        modele.echouerApres(k);
+        try {
+            b.ValideBase();
+        } catch (const ErreurES&) {
+        }
+        modele.retablir();
+        modele.simulerPanne();
+    }
+    ASSERT_TRUE(modele.existe("/d/b.log"));
+    // ...and the base itself removed by the user.
+    modele.supprimer("/d/b.sv2");
+    modele.synchroniserDossier("/d/b.sv2");
+    ecrireTout(modele, "/d/f.ged", kGedcom);
+    // n = 0: the import without a fault, for the bytes of the new base.
+    std::string attendu;
+    bool fini = false;
+    for (long n = 0; !fini; ++n) {
+        for (unsigned graine = 1; graine <= (n ? 8u : 1u); ++graine) {
+            SystemeMemoire fs;
+            fs.copieDe(modele);
+            fs.fixerGraine(graine);
+            Base b(fs, p);
+            GedcomLu g = PrepareGedcom(fs, "/d/f.ged");
+            if (n > 0) fs.echouerApres(n);
+            bool valide = false;
+            try {
+                RemplacementBase r(b, "/d/b.sv2");
+                ImporteGedcom(b, g);
+                r.Valide();
+                valide = true;
+            } catch (const ErreurES&) {
+            }
+            fs.retablir();
+            if (n == 0) {
+                ASSERT_TRUE(valide);
+                attendu = fs.contenu("/d/b.sv2");
+                continue;
+            }
+            fs.simulerPanne();
+            if (valide) fini = true;
+            if (!fs.existe("/d/b.sv2")) {
+                EXPECT_FALSE(valide) << n;
+                continue;
+            }
+            {
+                Base lue(fs, p);
+                lue.Ouvre("/d/b.sv2");
+                lue.Abandonne();
+            }
+            // Opened once, so that a journal left beside it has been replayed.
+            EXPECT_EQ(fs.contenu("/d/b.sv2"), attendu) << "faute " << n << " graine " << graine;
+        }
+        ASSERT_LT(n, 400);
+    }
+}
+
 // The replay of a journal is itself interrupted by a power loss: the next
 // open still finds one of the two commits.
 TEST(SureteReprise, APowerLossAfterAReplay) {
@@ -225,6 +310,7 @@ TEST(SureteReprise, APowerLossAfterAReplay) {
         return e;
     };
     std::string avant, apres;
+    std::vector<std::pair<long, std::string>> vus;
     {
         Base b(modele, p);
         b.Nouvelle("/d/b.sv2");
@@ -265,12 +351,14 @@ TEST(SureteReprise, APowerLossAfterAReplay) {
         fs.simulerPanne();
         Base b(fs, p);
         b.Ouvre("/d/b.sv2");
-        const std::string e = etat(b);
-        EXPECT_EQ(e, avant) << "faute " << n;
+        vus.emplace_back(n, etat(b));
         b.Abandonne();
         ASSERT_LT(n, 500);
     }
     EXPECT_NE(apres, avant);
+    // A fault once the new header is durable (the removal of the journal
+    // and its folder sync) may leave either commit, never a mix.
+    for (const auto& [n, e] : vus) EXPECT_TRUE(e == avant || e == apres) << "faute " << n;
 }
 
 TEST(SureteChemins, EveryNameTheSystemAcceptsWorks) {

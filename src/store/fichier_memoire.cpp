@@ -92,6 +92,7 @@ std::unique_ptr<Fichier> SystemeMemoire::ouvrir(const std::string& chemin, Mode 
     if (it == fichiers_.end()) {
         if (restant_ == 0) throw ErreurES(chemin, "ouverture impossible : erreur d'entrée-sortie");
         it = fichiers_.emplace(chemin, std::make_shared<Contenu>()).first;
+        opsDossier_.push_back({OpDossier::Cree, chemin, {}, it->second});
     } else if (protege && mode != Mode::Lecture) {
         throw ErreurES(chemin, "ouverture impossible : permission refusée");
     } else if (mode == Mode::Ecrasement) {
@@ -111,7 +112,7 @@ bool SystemeMemoire::memeFichier(const std::string& a, const std::string& b) {
 void SystemeMemoire::supprimer(const std::string& chemin) {
     if (restant_ == 0 && fichiers_.count(chemin))
         throw ErreurES(chemin, "suppression impossible : erreur d'entrée-sortie");
-    fichiers_.erase(chemin);
+    if (fichiers_.erase(chemin)) opsDossier_.push_back({OpDossier::Supprime, chemin, {}, {}});
 }
 
 void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
@@ -119,6 +120,7 @@ void SystemeMemoire::renommer(const std::string& de, const std::string& vers) {
     if (it == fichiers_.end()) throw ErreurES(de, "renommage impossible : fichier introuvable");
     if (restant_ == 0) throw ErreurES(de, "renommage impossible : erreur d'entrée-sortie");
     fichiers_[vers] = it->second;
+    opsDossier_.push_back({OpDossier::Renomme, de, vers, it->second});
     fichiers_.erase(it);
 }
 
@@ -137,6 +139,9 @@ void SystemeMemoire::copieDe(const SystemeMemoire& autre) {
     durables_.clear();
     for (const auto& [nom, c] : autre.fichiers_) fichiers_[nom] = copie(c);
     for (const auto& [nom, c] : autre.durables_) durables_[nom] = copie(c);
+    opsDossier_.clear();
+    for (const auto& op : autre.opsDossier_)
+        opsDossier_.push_back({op.genre, op.nom, op.vers, op.contenu ? copie(op.contenu) : nullptr});
     proteges_ = autre.proteges_;
     graine_ = autre.graine_;
     restant_ = -1;
@@ -160,16 +165,34 @@ std::string Dossier(const std::string& chemin) {
 } // namespace
 
 void SystemeMemoire::synchroniserDossier(const std::string& chemin) {
+    if (compter(chemin)) throw ErreurES(chemin, "synchronisation impossible : erreur d'entrée-sortie");
     const std::string d = Dossier(chemin);
     for (auto it = durables_.begin(); it != durables_.end();)
         it = Dossier(it->first) == d ? durables_.erase(it) : std::next(it);
     for (const auto& [nom, c] : fichiers_)
         if (Dossier(nom) == d) durables_[nom] = c;
+    std::erase_if(opsDossier_, [&d](const OpDossier& op) {
+        return Dossier(op.genre == OpDossier::Renomme ? op.vers : op.nom) == d;
+    });
 }
 
 void SystemeMemoire::simulerPanne() {
     std::mt19937 hasard(graine_ * 7919u + static_cast<unsigned>(operations_));
     fichiers_ = durables_;
+    // Of the names not yet synced, each change may or may not be on disk.
+    for (const OpDossier& op : opsDossier_) {
+        if (graine_ == 0 || hasard() % 2) continue;
+        switch (op.genre) {
+        case OpDossier::Cree: fichiers_.emplace(op.nom, op.contenu); break;
+        case OpDossier::Supprime: fichiers_.erase(op.nom); break;
+        case OpDossier::Renomme:
+            fichiers_.erase(op.nom);
+            fichiers_[op.vers] = op.contenu;
+            break;
+        }
+    }
+    opsDossier_.clear();
+    durables_ = fichiers_;
     std::set<Contenu*> faits;
     for (auto& [nom, c] : fichiers_) {
         if (!faits.insert(c.get()).second) continue;

@@ -3,8 +3,8 @@
 // made durable by a sync; the folders keep which names a folder sync made
 // durable. A simulated power loss is as unkind as a disk may be: of the
 // writes since a file's last sync, any may have reached the disk and any
-// not, in no order, and every create, delete and rename since the last sync
-// of its folder is undone. Writes and syncs can be made to fail from the
+// not, in no order, and of the creates, deletes and renames since the last
+// sync of their folder, any may have reached the disk and any not. Writes and syncs can be made to fail from the
 // n-th one on.
 #pragma once
 
@@ -76,6 +76,13 @@ class SystemeMemoire final : public SystemeFichiers {
     std::map<std::string, bool> proteges_;
     // The names as the disk holds them after the last sync of each folder.
     std::map<std::string, std::shared_ptr<Contenu>> durables_;
+    // Creates, deletes and renames not yet made durable by a folder sync.
+    struct OpDossier {
+        enum Genre { Cree, Supprime, Renomme } genre;
+        std::string nom, vers;
+        std::shared_ptr<Contenu> contenu;
+    };
+    std::vector<OpDossier> opsDossier_;
     unsigned graine_ = 1;
     long restant_ = -1;
     long operations_ = 0;
