@@ -21,6 +21,7 @@
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QStyle>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -193,13 +194,13 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     }
     autrePrenom_ = new QCheckBox(rg);
     frg->addRow(QString(), autrePrenom_);
-    auto* defile = new QScrollArea(rg);
-    defile->setObjectName(QStringLiteral("VScroll1"));
-    defile->setWidgetResizable(true);
-    rubriques_ = new QWidget(defile);
+    defile_ = new QScrollArea(rg);
+    defile_->setObjectName(QStringLiteral("VScroll1"));
+    defile_->setWidgetResizable(true);
+    rubriques_ = new QWidget(defile_);
     formeRubriques_ = new QFormLayout(rubriques_);
-    defile->setWidget(rubriques_);
-    frg->addRow(defile);
+    defile_->setWidget(rubriques_);
+    frg->addRow(defile_);
     panneaux_->addWidget(rg);
 
     auto* txt = new QWidget(panneaux_);
@@ -257,14 +258,24 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     gauche->addWidget(grille_, 1);
     gauche->addWidget(nombre_);
     gauche->addLayout(fichesL);
-    auto* droite = new QVBoxLayout;
+    etape_ = new QLabel(this);
+    etape_->setObjectName(QStringLiteral("LblEtape"));
+    QFont gras = etape_->font();
+    gras.setBold(true);
+    etape_->setFont(gras);
+    // In line with the captions of the panel below.
+    etape_->setIndent(style()->pixelMetric(QStyle::PM_LayoutLeftMargin));
+    assistant_ = new QWidget(this);
+    auto* droite = new QVBoxLayout(assistant_);
+    droite->setContentsMargins(0, 0, 0, 0);
+    droite->addWidget(etape_);
     droite->addWidget(panneaux_, 1);
     auto* boutons = new QHBoxLayout;
     boutons->addStretch();
     for (auto* b : {fusion_, suite_, ecarter_, quitter_}) boutons->addWidget(b);
     auto* haut = new QHBoxLayout;
     haut->addLayout(gauche, 3);
-    haut->addLayout(droite, 2);
+    haut->addWidget(assistant_, 2);
     auto* l = new QVBoxLayout(this);
     l->addLayout(haut, 1);
     l->addLayout(boutons);
@@ -329,6 +340,8 @@ void FrmFusionQt::Montre() {
     fusion_->setEnabled(logique_.CmdFusionActif());
     ecarter_->setEnabled(liste && logique_.EcarterActif());
     suite_->setVisible(!liste);
+    suite_->setDefault(!liste);
+    fusion_->setDefault(liste);
     niveau_->setEnabled(liste);
     grille_->setEnabled(liste);
     for (auto* b : noms_) b->setEnabled(liste);
@@ -345,6 +358,9 @@ QComboBox* FrmFusionQt::Liste(const ListeFusion& l, QComboBox* boite) {
 void FrmFusionQt::MontreEtape() {
     using E = FrmFusion::Etape;
     FrmFusion& f = logique_;
+    // The table alone takes the whole width; the wizard shares it.
+    const bool liste = f.etape() == E::Liste;
+    assistant_->setVisible(!liste);
     switch (f.etape()) {
     case E::Liste:
         panneaux_->setCurrentIndex(kPageListe);
@@ -365,6 +381,8 @@ void FrmFusionQt::MontreEtape() {
             h->addWidget(Liste(r.valeurs, new QComboBox(ligne)), 1);
             formeRubriques_->addRow(Q(r.libelle), ligne);
         }
+        defile_->setVisible(formeRubriques_->rowCount() > 0);
+        etape_->setText(MT(kFusionEtapes));
         panneaux_->setCurrentIndex(kPageRG);
         listes_[0]->setFocus();
         return;
@@ -373,6 +391,7 @@ void FrmFusionQt::MontreEtape() {
         textes_[0]->setPlainText(Q(f.texte1));
         textes_[1]->setPlainText(Q(f.texte2));
         Coche(optTexte_, f.optTexte);
+        etape_->setText(MT(kFusionNotes));
         panneaux_->setCurrentIndex(kPageTexte);
         return;
     case E::PARENTS:
@@ -384,6 +403,7 @@ void FrmFusionQt::MontreEtape() {
         boutonsMere_[1]->setText(Q(f.meres[1]));
         Coche(optPere_, f.optPere);
         Coche(optMere_, f.optMere);
+        etape_->setText(MT(kFusionEtapes + 1));
         panneaux_->setCurrentIndex(kPageParents);
         return;
     case E::MARIAGE: {
@@ -400,6 +420,7 @@ void FrmFusionQt::MontreEtape() {
                                                           lblLieuMariage_, cadreTexteMariage_})
             w->setVisible(fusionne);
         Coche(optTxtMar_, f.optTxtMar);
+        etape_->setText(MT(kFusionEtapes + 2));
         panneaux_->setCurrentIndex(kPageMariage);
         conjoint_->setFocus();
         return;
@@ -409,6 +430,7 @@ void FrmFusionQt::MontreEtape() {
         enfant_->clear();
         for (const auto& t : f.TextesEnfant()) enfant_->addItem(Q(t));
         enfant_->setCurrentIndex(f.choixEnfant);
+        etape_->setText(MT(kFusionEtapes + 3));
         panneaux_->setCurrentIndex(kPageEnfant);
         enfant_->setFocus();
         return;
@@ -468,6 +490,12 @@ void FrmFusionQt::RecoitGlisser(char genre, std::uint32_t numero) {
 void FrmFusionQt::keyPressEvent(QKeyEvent* e) {
     if (e->key() == Qt::Key_Escape) {
         quitter_->click();
+        return;
+    }
+    // Enter goes on: the next step in the wizard, the merge from the table.
+    if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
+        QPushButton* b = suite_->isVisible() ? suite_ : fusion_;
+        if (b->isEnabled()) b->click();
         return;
     }
     FormulaireQt::keyPressEvent(e);

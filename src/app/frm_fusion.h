@@ -17,6 +17,7 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QRadioButton;
+class QScrollArea;
 class QStackedWidget;
 class QTableWidget;
 
@@ -59,11 +60,14 @@ class FrmFusionQt : public FormulaireQt {
     std::array<QLabel*, 2> fiches_{}, titresFiches_{};
     std::array<QPushButton*, 2> noms_{};
     QPushButton *fusion_, *ecarter_, *quitter_, *suite_;
+    QWidget* assistant_; // the wizard's side, hidden with the table alone
+    QLabel* etape_; // where the wizard stands, above its panel
     QStackedWidget* panneaux_;
     // "RG"
     std::array<QComboBox*, 7> listes_{};
     std::array<QLabel*, 7> libelles_{};
     QCheckBox* autrePrenom_;
+    QScrollArea* defile_;
     QWidget* rubriques_;
     QFormLayout* formeRubriques_;
     // "TXT"

@@ -1,6 +1,7 @@
 // The merge window on screen: a level clicked fills the grid, a row clicked
 // fills the two records, the merge button opens the wizard's first panel,
-// and Escape goes back to the table without writing anything.
+// Enter goes on to the next, and Escape goes back to the table without
+// writing anything.
 #include "app/fenetre_principale.h"
 #include "app/frm_fusion.h"
 #include "fenetre_test.h"
@@ -55,6 +56,11 @@ TEST_F(FenetreFusion, LevelRowAndWizard) {
     EXPECT_TRUE(w.findChild<QLabel*>(QStringLiteral("LblFiche0"))->text().contains(QStringLiteral("Marie")));
     w.fusion()->click();
     EXPECT_EQ(w.panneaux()->currentIndex(), 1);
+    EXPECT_TRUE(w.panneaux()->isVisible());
+    auto* etape = w.findChild<QLabel*>(QStringLiteral("LblEtape"));
+    ASSERT_NE(etape, nullptr);
+    EXPECT_TRUE(etape->isVisible());
+    EXPECT_FALSE(etape->text().isEmpty());
     EXPECT_TRUE(w.suite()->isVisible());
     EXPECT_FALSE(w.grille()->isEnabled());
 
@@ -62,9 +68,15 @@ TEST_F(FenetreFusion, LevelRowAndWizard) {
     if (const char* dossierImages = std::getenv("SYLVANE_CAPTURES"))
         w.grab().save(QString::fromUtf8(dossierImages) + QStringLiteral("/fusion.png"));
 
+    // Enter takes the next step: the wives' marriages to compare.
+    QTest::keyClick(&w, Qt::Key_Return);
+    EXPECT_EQ(w.logique().etape(), FrmFusion::Etape::MARIAGE);
+    EXPECT_EQ(w.panneaux()->currentIndex(), 4);
+
     QTest::keyClick(&w, Qt::Key_Escape);
     EXPECT_EQ(w.logique().etape(), FrmFusion::Etape::Liste);
     EXPECT_EQ(w.panneaux()->currentIndex(), 0);
+    EXPECT_FALSE(w.panneaux()->isVisible()); // the table takes the whole width again
     EXPECT_TRUE(w.grille()->isEnabled());
     EXPECT_FALSE(fenetre->logique().base()->Modifiee());
 }
