@@ -352,9 +352,11 @@ void Fusion::Identite() {
     auto connu = [](const std::string& s) { return s == "H" || s == "F"; };
     if (!connu(sexeK) && connu(sexeD)) b_.EcritSexe(k_, sexeD);
     b_.EcritAnDeces(k_, ad);
+    // A structured binding can't be captured by clang's C++20 lambdas.
+    const std::string anNaiss = an;
     Reclasse(k_, [&] {
         b_.EcritIdentite(k_, identite);
-        b_.EcritAnNaiss(k_, an);
+        b_.EcritAnNaiss(k_, anNaiss);
     });
     // The text: key line with the chosen places, the rubrics, the note.
     const std::string corps =
