@@ -72,14 +72,14 @@ void Coche(QButtonGroup* g, ChoixTexte c) {
 
 QGroupBox* FrmFusionQt::Options(QButtonGroup*& groupe, std::array<QRadioButton*, 3>& boutons) {
     auto* cadre = new QGroupBox(this);
-    auto* l = new QHBoxLayout(cadre);
+    // One under the other: a parent's choices are names with dates.
+    auto* l = new QVBoxLayout(cadre);
     groupe = new QButtonGroup(cadre);
     for (int i = 0; i < 3; ++i) {
         boutons[static_cast<std::size_t>(i)] = new QRadioButton(cadre);
         groupe->addButton(boutons[static_cast<std::size_t>(i)], i);
         l->addWidget(boutons[static_cast<std::size_t>(i)]);
     }
-    l->addStretch();
     return cadre;
 }
 
@@ -185,6 +185,7 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     panneaux_->addWidget(new QWidget(panneaux_));
     auto* rg = new QWidget(panneaux_);
     auto* frg = new QFormLayout(rg);
+    frg->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     for (std::size_t i = 0; i < listes_.size(); ++i) {
         listes_[i] = new QComboBox(rg);
         listes_[i]->setMinimumContentsLength(24);
@@ -225,6 +226,7 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
 
     auto* mar = new QWidget(panneaux_);
     auto* lm = new QFormLayout(mar);
+    lm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     lblConjoint_ = new QLabel(mar);
     conjoint_ = new QComboBox(mar);
     conjoint_->setObjectName(QStringLiteral("LstConjoint"));
@@ -234,7 +236,10 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     lblLieuMariage_ = new QLabel(mar);
     lblDateMariage_->setBuddy(dateMariage_);
     lblLieuMariage_->setBuddy(lieuMariage_);
-    lm->addRow(lblConjoint_, conjoint_);
+    // The spouse's name is long: the list takes the whole width below it.
+    lblConjoint_->setBuddy(conjoint_);
+    lm->addRow(lblConjoint_);
+    lm->addRow(conjoint_);
     lm->addRow(lblDateMariage_, dateMariage_);
     lm->addRow(lblLieuMariage_, lieuMariage_);
     cadreTexteMariage_ = Options(optTxtMar_, boutonsTxtMar_);
@@ -247,10 +252,13 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
 
     auto* enf = new QWidget(panneaux_);
     auto* le = new QFormLayout(enf);
+    le->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     lblEnfant_ = new QLabel(enf);
     enfant_ = new QComboBox(enf);
     enfant_->setObjectName(QStringLiteral("LstEnfant"));
-    le->addRow(lblEnfant_, enfant_);
+    lblEnfant_->setBuddy(enfant_);
+    le->addRow(lblEnfant_);
+    le->addRow(enfant_);
     panneaux_->addWidget(enf);
 
     auto* gauche = new QVBoxLayout;
@@ -332,6 +340,11 @@ void FrmFusionQt::Montre() {
         const QString cellules[] = {Q(l.nom1), Q(l.nom2), QString::number(l.premier),
                                     QString::number(l.second)};
         for (int j = 0; j < 4; ++j) grille_->setItem(i, j, new QTableWidgetItem(cellules[j]));
+    }
+    // A row shown as chosen is the pair in the two records, and no other.
+    if (!logique_.EcarterActif()) {
+        grille_->setCurrentItem(nullptr);
+        grille_->clearSelection();
     }
     grille_->blockSignals(false);
     nombre_->setText(Q(logique_.LblNombre()));

@@ -5,6 +5,7 @@
 #include "store/liens.h"
 #include "text/messages.h"
 #include "text/mots.h"
+#include "ui/frm_misajour.h"
 
 #include <algorithm>
 
@@ -188,8 +189,7 @@ void FrmFusion::RemplitRG() {
         const ValeurRubrique &a = rk[i], &z = rd[i];
         const std::string da = DateEtAn(a.jourMois, a.annee), dz = DateEtAn(z.jourMois, z.annee);
         RubriqueFusion r;
-        r.libelle = b.LibelleRubrique(b.RubriqueDeSymbole(slots[i].symbole));
-        if (r.libelle.empty()) r.libelle = slots[i].tag;
+        r.libelle = LibelleRubrique(b, slots[i]);
         r.avecDate = slots[i].drapeau == '1';
         const auto& dc = c.rubriques[i];
         r.dates = Liste(da, dz, DateEtAn(dc.jourMois, dc.annee));

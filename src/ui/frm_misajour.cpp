@@ -64,6 +64,15 @@ std::string TexteSerie(long serie) {
 
 } // namespace
 
+std::string LibelleRubrique(Base& b, const SlotRubrique& s) {
+    const std::uint32_t k = b.RubriqueDeSymbole(s.symbole);
+    std::string libelle = k ? b.LibelleRubrique(k) : "";
+    // The stored label starts with the rubric's symbol.
+    if (!libelle.empty() && libelle[0] == s.symbole) libelle.erase(0, 1);
+    if (libelle.empty()) libelle = Conv_LibelleTag(s.tag);
+    return libelle;
+}
+
 bool ChampMariage(Champ c) {
     switch (c) {
     case Champ::Dmar: case Champ::JMar: case Champ::LieuMar: case Champ::Fmar:
@@ -121,11 +130,7 @@ void FrmMisajour::Charge() {
             r.tag = s.tag;
             r.symbole = s.symbole;
             r.date = s.drapeau == '1';
-            const std::uint32_t k = b.RubriqueDeSymbole(s.symbole);
-            r.libelle = k ? b.LibelleRubrique(k) : "";
-            // The stored label starts with the rubric's symbol.
-            if (!r.libelle.empty() && r.libelle[0] == s.symbole) r.libelle.erase(0, 1);
-            if (r.libelle.empty()) r.libelle = Conv_LibelleTag(s.tag);
+            r.libelle = LibelleRubrique(b, s);
             out.push_back(std::move(r));
         }
     };

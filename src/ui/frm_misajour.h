@@ -89,6 +89,9 @@ enum class Champ {
     MarJ, MarA, MarL, // marriage rubric rows
 };
 bool ChampMariage(Champ c);
+// The caption of a rubric row: the base's label of its symbol without the
+// symbol in front, or the tag's usual name.
+std::string LibelleRubrique(Base& b, const SlotRubrique& s);
 
 // A row of one of the sheet's grids: the person (or record) and its texts.
 struct LigneFiche {
