@@ -4,8 +4,10 @@
 // writing anything.
 #include "app/fenetre_principale.h"
 #include "app/frm_fusion.h"
+#include "app/frm_misajour.h"
 #include "fenetre_test.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
@@ -13,6 +15,7 @@
 #include <QStackedWidget>
 #include <QTableWidget>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -79,6 +82,35 @@ TEST_F(FenetreFusion, LevelRowAndWizard) {
     EXPECT_FALSE(w.panneaux()->isVisible()); // the table takes the whole width again
     EXPECT_TRUE(w.grille()->isEnabled());
     EXPECT_FALSE(fenetre->logique().base()->Modifiee());
+}
+
+// The sheet's button opens the merge window on the marriage shown, and is
+// off on a sheet without one.
+TEST_F(FenetreFusion, SheetButtonOpensTheWindowOnItsMarriage) {
+    ASSERT_TRUE(fenetre->logique().Execute(Commande::MnuModif));
+    QApplication::processEvents();
+    auto* fiche = qobject_cast<FrmMisajourQt*>(fenetre->Formulaire("FrmMisajour"));
+    ASSERT_NE(fiche, nullptr);
+    auto* doublon = fiche->findChild<QPushButton*>(QStringLiteral("CmdDoublon"));
+    ASSERT_NE(doublon, nullptr);
+    ASSERT_TRUE(doublon->isEnabled());
+
+    // The window is modal: it is read and closed from a timer.
+    std::string plage;
+    QTimer attente;
+    QObject::connect(&attente, &QTimer::timeout, [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        auto* w = modal ? modal->findChild<FrmFusionQt*>() : nullptr;
+        if (!w) return;
+        attente.stop();
+        plage = w->logique().Plage();
+        w->findChild<QPushButton*>(QStringLiteral("CmdQuitter"))->click();
+    });
+    attente.start(20);
+    doublon->click();
+    const std::string m = std::to_string(fenetre->logique().base()->Mariages(1).at(0));
+    EXPECT_EQ(plage, m + "/" + m);
+    EXPECT_TRUE(FrmFusion::PlageDemandee().empty());
 }
 
 } // namespace
