@@ -92,7 +92,7 @@ FrmStatsQt::FrmStatsQt(ContexteQt& c, QWidget* parent)
     });
     connect(copier_, &QPushButton::clicked, this, [this] { Copie(); });
     Retraduit();
-    resize(720, 480);
+    setMinimumSize(760, 460);
     // The window shows first; the figures come under the progress panel.
     QTimer::singleShot(0, this, [this] { Calcule(); });
 }
@@ -130,7 +130,7 @@ void FrmStatsQt::Montre() {
     for (int m = 0; m < 12; ++m) {
         *barres << static_cast<double>(valeurs[static_cast<std::size_t>(m)]);
         haut = std::max(haut, valeurs[static_cast<std::size_t>(m)]);
-        mois << Q(Message(730 + m)).left(4);
+        mois << Q(Message(730 + m));
     }
     serie->append(barres);
     auto* graphique = new QChart;
@@ -142,7 +142,10 @@ void FrmStatsQt::Montre() {
     graphique->addAxis(axeX, Qt::AlignBottom);
     serie->attachAxis(axeX);
     auto* axeY = new QValueAxis;
+    // Whole numbers only: one tick a unit up to ten, else round steps.
     axeY->setRange(0, static_cast<double>(std::max<std::uint64_t>(haut, 1)));
+    if (haut <= 10) axeY->setTickCount(static_cast<int>(std::max<std::uint64_t>(haut, 1)) + 1);
+    else axeY->applyNiceNumbers();
     axeY->setLabelFormat(QStringLiteral("%d"));
     graphique->addAxis(axeY, Qt::AlignLeft);
     serie->attachAxis(axeY);
@@ -181,7 +184,9 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
     calendrier_->setSelectionMode(QAbstractItemView::SingleSelection);
     calendrier_->setColumnCount(7);
     calendrier_->horizontalHeader()->hide();
+    calendrier_->horizontalHeader()->setMinimumSectionSize(28);
     calendrier_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    calendrier_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     calendrier_->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     lblJour_ = new QLabel(this);
     lblJour_->setObjectName(QStringLiteral("LblJour"));
@@ -208,7 +213,7 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
         droite->addWidget(listes_[i], 2 + (i / 2) * 2, i % 2);
     }
     auto* l = new QHBoxLayout(this);
-    l->addLayout(gauche, 2);
+    l->addLayout(gauche, 3);
     l->addLayout(droite, 5);
 
     connect(precedent_, &QPushButton::clicked, this, [this] {
@@ -237,7 +242,7 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
             c_.logique.services().fenetres.Ouvre("FrmNom");
     });
     Retraduit();
-    resize(980, 520);
+    setMinimumSize(940, 500);
     QTimer::singleShot(0, this, [this] { Charge(); });
 }
 
@@ -246,7 +251,7 @@ void FrmAnnivQt::Retraduit() {
     precedent_->setText(M(msg_stats::MoisPrecedent));
     suivant_->setText(M(msg_stats::MoisSuivant));
     cmdListe_->setText(M(msg_stats::Liste));
-    static constexpr int kTitres[4] = {754, 755, 642, 861};
+    static constexpr int kTitres[4] = {754, 755, 642, msg_stats::RubriquesDatees};
     for (int i = 0; i < 4; ++i) titres_[i]->setText(M(kTitres[i]));
     MontreMois();
 }

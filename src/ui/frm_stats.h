@@ -51,6 +51,7 @@ inline constexpr int MoisSuivant = 4575;
 inline constexpr int Annee = 4576;
 inline constexpr int Lieu = 4577;
 inline constexpr int Nom = 4578;
+inline constexpr int RubriquesDatees = 4579; // caption over the rubric rows of the day
 } // namespace msg_stats
 
 // A tab as a grid of texts.
