@@ -395,10 +395,14 @@ TEST(FusionsPannes, AFailedWriteLeavesTheBaseWhole) {
         if (reussi) {
             EXPECT_EQ(b.TrouvePlaceFiche(d), 0u);
             EXPECT_EQ(b.Tete().nbPersonnes, avant - 1);
-        } else {
-            EXPECT_EQ(b.Tete().nbPersonnes, avant) << n;
+        } else if (b.Tete().nbPersonnes == avant) {
             EXPECT_NE(b.TrouvePlaceFiche(d), 0u) << n;
             EXPECT_EQ(b.ListeMariages(d), mariagesD) << n;
+        } else {
+            // The fault came once the commit was durable (the folder's
+            // sync after the journal's removal): the merge is whole.
+            EXPECT_EQ(b.Tete().nbPersonnes, avant - 1) << n;
+            EXPECT_EQ(b.TrouvePlaceFiche(d), 0u) << n;
         }
         EXPECT_EQ(Rapport(b), "") << n;
         b.FermeBase();

@@ -67,8 +67,8 @@ class FichierMemoire final : public Fichier {
 
 } // namespace
 
-bool SystemeMemoire::compter(const std::string& chemin) {
-    ++operations_;
+bool SystemeMemoire::compter(const std::string& chemin, bool ecriture) {
+    if (ecriture) ++operations_;
     if (restant_ < 0) return false;
     if (restant_ > 1) {
         --restant_;
@@ -165,7 +165,8 @@ std::string Dossier(const std::string& chemin) {
 } // namespace
 
 void SystemeMemoire::synchroniserDossier(const std::string& chemin) {
-    if (compter(chemin)) throw ErreurES(chemin, "synchronisation impossible : erreur d'entrée-sortie");
+    if (compter(chemin, false))
+        throw ErreurES(chemin, "synchronisation impossible : erreur d'entrée-sortie");
     const std::string d = Dossier(chemin);
     for (auto it = durables_.begin(); it != durables_.end();)
         it = Dossier(it->first) == d ? durables_.erase(it) : std::next(it);

@@ -68,8 +68,9 @@ class SystemeMemoire final : public SystemeFichiers {
     void copieDe(const SystemeMemoire& autre);
 
     // Internal: counts an operation and throws when it has to fail.
-    // Returns true when a torn write is to be made before failing.
-    bool compter(const std::string& chemin);
+    // Returns true when a torn write is to be made before failing. A folder
+    // sync may fail too, but is not counted among the operations made.
+    bool compter(const std::string& chemin, bool ecriture = true);
 
   private:
     std::map<std::string, std::shared_ptr<Contenu>> fichiers_;
