@@ -185,6 +185,7 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
     calendrier_->setColumnCount(7);
     calendrier_->horizontalHeader()->hide();
     calendrier_->horizontalHeader()->setMinimumSectionSize(28);
+    calendrier_->horizontalHeader()->setStretchLastSection(false);
     calendrier_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     calendrier_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     calendrier_->verticalHeader()->setSectionResizeMode(QHeaderView::Stretch);
