@@ -525,8 +525,11 @@ void MDIForm1Qt::Ouvre(const std::string& formulaire) {
         auto* l = new QVBoxLayout(&d);
         l->setContentsMargins(0, 0, 0, 0);
         l->addWidget(form);
-        connect(form, &QWidget::destroyed, &d, &QDialog::reject);
+        // A form that closes itself ends the dialog; the link goes before
+        // the dialog does, for its children die once it is no dialog any more.
+        const auto fin = connect(form, &QWidget::destroyed, &d, &QDialog::reject);
         d.exec();
+        QObject::disconnect(fin);
         return;
     }
     QMdiSubWindow* sw = zone_->addSubWindow(form);

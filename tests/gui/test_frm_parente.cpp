@@ -200,6 +200,9 @@ TEST_F(ParenteTest, BranchNodesLoadWhenTheyOpen) {
     b->arbre()->setCurrentItem(pierre);
     for (QPushButton* p : b->findChildren<QPushButton*>())
         if (p->text() == M(4508)) p->click();
+    // The outline is drawn again: its items are new.
+    racine = b->arbre()->topLevelItem(0);
+    ASSERT_NE(racine, nullptr);
     EXPECT_EQ(racine->childCount(), 1);
     EXPECT_EQ(b->logique().Outline()->Lignes().size(), 2u);
 
