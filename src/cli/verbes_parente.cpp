@@ -57,9 +57,7 @@ void Dessine(Session& s, Base& b, const GrapheParente& g, const Options& o, std:
         throw std::runtime_error("la sortie PDF n'est pas disponible dans cette version "
                                  "(utilisez --svp)");
     SystemeFichiers& fs = systemeReel();
-    std::string titre = Message(768);
-    if (const auto p = titre.find("&1"); p != std::string::npos)
-        titre.replace(p, 2, b.NomComplet(racine));
+    const std::string titre = MessageAvec(768, b.NomComplet(racine));
     for (const char* sortie : {"svp", "pdf"}) {
         if (!o.a(sortie)) continue;
         const std::string cible = Chemin(o.valeur(sortie));

@@ -123,13 +123,6 @@ std::string Joint(const std::string& a, const std::string& b, const char* sep = 
     return a + sep + b;
 }
 
-std::string AvecNom(int message, const std::string& nom) {
-    std::string t = Message(message);
-    const auto i = t.find("&1");
-    if (i != std::string::npos) t.replace(i, 2, nom);
-    return t;
-}
-
 std::uint32_t Conjoint(Base& b, std::uint32_t m, std::uint32_t p) {
     return b.LitMari(m) == p ? b.LitFemme(m) : b.LitMari(m);
 }
@@ -580,7 +573,7 @@ namespace {
 // otherwise; the lists name the person the spouse is married to.
 std::string EnteteConjoint(Base& b, std::uint32_t conjoint, std::uint32_t personne, bool liste) {
     const bool mari = b.LitSexe(conjoint) == "H";
-    if (liste) return "#" + AvecNom(mari ? 752 : 753, b.NomComplet(personne));
+    if (liste) return "#" + MessageAvec(mari ? 752 : 753, b.NomComplet(personne));
     return "#" + Message(mari ? 747 : 748);
 }
 

@@ -348,6 +348,12 @@ std::string Message(int n) {
     return it == e.table.end() ? std::string() : it->second;
 }
 
+std::string MessageAvec(int n, std::string_view valeur) {
+    std::string t = Message(n);
+    if (const auto p = t.find("&1"); p != std::string::npos) t.replace(p, 2, valeur);
+    return t;
+}
+
 void DefinitMessages(std::map<int, std::string> t) {
     auto& e = etat();
     e.lecteur.reset();

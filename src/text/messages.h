@@ -33,6 +33,9 @@ constexpr int kBlocs = 32;
 // Text of message n in the current language (Windows-1252), "" if missing.
 std::string Message(int n);
 
+// Message n with its first "&1" replaced by `valeur`.
+std::string MessageAvec(int n, std::string_view valeur);
+
 // Replaces the messages of the process by a fixed table (tests, and a
 // fallback when no message file can be read).
 void DefinitMessages(std::map<int, std::string> table);

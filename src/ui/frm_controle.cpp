@@ -41,10 +41,7 @@ void FrmControle::Recharge() {
 
 std::string FrmControle::Resume() const {
     if (lignes_.empty()) return Message(kControleSansAnomalie);
-    std::string m = Message(kControleCorrections);
-    const auto p = m.find("&1");
-    if (p != std::string::npos) m.replace(p, 2, std::to_string(lignes_.size()));
-    return m;
+    return MessageAvec(kControleCorrections, std::to_string(lignes_.size()));
 }
 
 bool FrmControle::EnregistreSous(DialoguesFichier& fichiers, Boites& boites,

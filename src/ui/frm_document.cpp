@@ -211,10 +211,7 @@ std::string FrmDesImage::Legende() const {
     using namespace msg_documents;
     if (titre_) return Message(DescriptionBase);
     if (document_ == 0) return Message(NouveauDocument);
-    std::string m = Message(msg_documents::Document);
-    const auto p = m.find("&1");
-    if (p != std::string::npos) m.replace(p, 2, intitule0_);
-    return m;
+    return MessageAvec(msg_documents::Document, intitule0_);
 }
 
 std::string FrmDesImage::LibelleFichier() const {
@@ -393,11 +390,8 @@ bool FrmLstImage::CmdUtilisation(std::size_t i) {
 FrmUtilImage::FrmUtilImage(MDIForm1& f, std::uint32_t d) : f_(f), document_(d) { Charge(); }
 
 std::string FrmUtilImage::Legende() {
-    std::string m = Message(msg_documents::Utilisation);
     Base* b = f_.base();
-    const auto p = m.find("&1");
-    if (p != std::string::npos) m.replace(p, 2, b ? b->TitreDoc(document_) : "");
-    return m;
+    return MessageAvec(msg_documents::Utilisation, b ? b->TitreDoc(document_) : "");
 }
 
 FrmUtilImage::Ligne FrmUtilImage::LignePersonne(Base& b, std::uint32_t n) {

@@ -19,11 +19,6 @@ namespace {
 constexpr int kMaxListe = 200;
 constexpr int kTexteSeul = 3899; // "&1": a box of a text already made
 
-std::string Remplace(std::string m, const std::string& nom) {
-    if (auto p = m.find("&1"); p != std::string::npos) m.replace(p, 2, nom);
-    return m;
-}
-
 // The role tags a drop may give to a man, and to a woman.
 bool RoleMasculin(const std::string& libelle) {
     for (int n : {850, 681, 937, 749})
@@ -272,7 +267,7 @@ int FrmLstEvt::Rectification() {
     if (!b || f_.Occupe()) return 0;
     OperationLongue op(f_.services().panneau, f_.services().boites, Message(504), Message(505));
     const int n = RectifieLiens(*b, [&op](std::uint32_t e) {
-        op.Texte(Remplace(Message(msg_evt::Correction), std::to_string(e)));
+        op.Texte(MessageAvec(msg_evt::Correction, std::to_string(e)));
         return !op.Arrete();
     });
     Change();
@@ -373,7 +368,7 @@ void FrmDesEvt::MarquePendant() { pendant_ = true; }
 
 std::string FrmDesEvt::Titre() const {
     if (e_ == 0) return Message(msg_evt::Nouveau);
-    std::string t = Remplace(Message(msg_evt::TitreForme), std::to_string(e_));
+    std::string t = MessageAvec(msg_evt::TitreForme, std::to_string(e_));
     if (!type_.empty()) t += " - " + type_;
     if (!titre_.empty()) t += " - " + titre_;
     return t;

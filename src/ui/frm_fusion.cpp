@@ -31,12 +31,6 @@ ListeFusion Liste(const std::string& a, const std::string& b, const std::string&
     return l;
 }
 
-std::string Remplace(std::string t, const std::string& nom) {
-    const auto p = t.find("&1");
-    if (p != std::string::npos) t.replace(p, 2, nom);
-    return t;
-}
-
 } // namespace
 
 std::string& FrmFusion::PlageDemandee() {
@@ -97,7 +91,7 @@ std::vector<FrmFusion::Ligne> FrmFusion::Grille() {
 }
 
 std::string FrmFusion::LblNombre() const {
-    return Remplace(Message(kFusionNombre), std::to_string(table_.Actives()));
+    return MessageAvec(kFusionNombre, std::to_string(table_.Actives()));
 }
 
 void FrmFusion::Grille_Click(std::size_t rang) {
@@ -238,7 +232,7 @@ std::string FrmFusion::LblConjoint() {
     if (!b || mariage_ >= choix_.mariages.size()) return "";
     const std::uint32_t m = choix_.mariages[mariage_].mariage;
     const std::uint32_t s = b->LitMari(m) == fiches_[1] ? b->LitFemme(m) : b->LitMari(m);
-    return Remplace(Message(kFusionConjoint), b->NomDates(s));
+    return MessageAvec(kFusionConjoint, b->NomDates(s));
 }
 
 std::vector<std::string> FrmFusion::TextesConjoint() {
@@ -306,7 +300,7 @@ void FrmFusion::NoteMariage() {
 std::string FrmFusion::LblEnfant() {
     Base* b = B();
     if (!b || enfant_ >= aComparer_.size()) return "";
-    return Remplace(Message(kFusionEnfant), b->NomDates(aComparer_[enfant_]));
+    return MessageAvec(kFusionEnfant, b->NomDates(aComparer_[enfant_]));
 }
 
 std::vector<std::string> FrmFusion::TextesEnfant() {

@@ -60,10 +60,7 @@ std::string FrmImpression::LibellePersonne() const {
     std::string nom;
     if (!liste.empty() && choix < 0) nom = Message(770) + " (" + std::to_string(liste.size()) + ")";
     else if (b && personne) nom = b->NomComplet(personne);
-    std::string t = Message(msg_impression::Personne);
-    const auto i = t.find("&1");
-    if (i != std::string::npos) t.replace(i, 2, nom);
-    return t;
+    return MessageAvec(msg_impression::Personne, nom);
 }
 
 std::vector<std::string> FrmImpression::Choix() const {

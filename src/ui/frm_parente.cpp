@@ -13,11 +13,6 @@ namespace {
 // Captions of this window that have no number of their own.
 constexpr int kMsgAscendanceBranche = 4500, kMsgDescendanceBranche = 4501;
 
-std::string Remplace(std::string texte, const std::string& nom) {
-    if (const auto p = texte.find("&1"); p != std::string::npos) texte.replace(p, 2, nom);
-    return texte;
-}
-
 // The numbers of a text such as "12#34#" or "12/34", in order; what is not
 // a number is passed over.
 std::vector<std::uint32_t> Nombres(const std::string& texte, char separateur) {
@@ -217,7 +212,7 @@ std::optional<std::string> FrmParenteVisu::Refus() const {
 
 std::string FrmParenteVisu::Titre() const {
     if (!mdi_.base() || demande_.liste.empty()) return {};
-    return Remplace(Message(768), mdi_.base()->NomComplet(demande_.liste.front()));
+    return MessageAvec(768, mdi_.base()->NomComplet(demande_.liste.front()));
 }
 
 std::string FrmParenteVisu::EcritGabarit(Papier& papier) const {
@@ -328,8 +323,8 @@ FrmBranche::FrmBranche(MDIForm1& mdi, bool descendante) : mdi_(mdi), descendante
 
 std::string FrmBranche::Titre() const {
     if (!branche_ || !mdi_.base()) return {};
-    return Remplace(Message(descendante_ ? kMsgDescendanceBranche : kMsgAscendanceBranche),
-                    mdi_.base()->NomComplet(branche_->Noeud(0).personne));
+    return MessageAvec(descendante_ ? kMsgDescendanceBranche : kMsgAscendanceBranche,
+                       mdi_.base()->NomComplet(branche_->Noeud(0).personne));
 }
 
 bool FrmBranche::EcritRtf() { return Ecrit(false); }

@@ -22,12 +22,6 @@ namespace {
 // Rows taken from a scan at each step of the panel.
 constexpr std::size_t kPas = 2000;
 
-std::string Remplace(std::string t, const std::string& valeur) {
-    const auto p = t.find("&1");
-    if (p != std::string::npos) t.replace(p, 2, valeur);
-    return t;
-}
-
 } // namespace
 
 // --- Shared shape ---------------------------------------------------------------
@@ -63,7 +57,7 @@ std::string FrmRechercheCommun::TagGlisser(std::size_t i) const {
 }
 
 std::string FrmRechercheCommun::Nombre() const {
-    return Remplace(Message(msg_rech::Nombre), std::to_string(NombreLignes()));
+    return MessageAvec(msg_rech::Nombre, std::to_string(NombreLignes()));
 }
 
 void FrmRechercheCommun::Trie(int c) {
@@ -168,7 +162,7 @@ bool FrmRechercheCommun::Balaye(Balayage& s, const std::function<std::size_t()>&
             const std::size_t n = prend();
             trouves += n;
             if (n) Change();
-            op.Texte(Remplace(Message(msg_rech::Trouves), std::to_string(trouves)) + " (" +
+            op.Texte(MessageAvec(msg_rech::Trouves, std::to_string(trouves)) + " (" +
                      std::to_string(s.Fait()) + "/" + std::to_string(s.Total()) + ")");
         },
         kPas);

@@ -15,12 +15,6 @@ namespace {
 
 std::string Entier(std::uint64_t v) { return std::to_string(v); }
 
-std::string Remplace(std::string t, const std::string& valeur) {
-    const auto p = t.find("&1");
-    if (p != std::string::npos) t.replace(p, 2, valeur);
-    return t;
-}
-
 // The decade as the tables show it: "1880/1889 ".
 std::string TexteDecennie(int d) {
     char t[24];
@@ -66,7 +60,7 @@ bool FrmStats::Calcule() {
 std::string FrmStats::Titre() const {
     std::string t = Message(msg_stats::Titre);
     if (!liste_.empty())
-        t += " - " + Remplace(Message(msg_stats::ListeRecue), std::to_string(liste_.size()));
+        t += " - " + MessageAvec(msg_stats::ListeRecue, std::to_string(liste_.size()));
     return t;
 }
 
