@@ -115,6 +115,8 @@ TEST(Communes, CeQuiNestPasUnFichierDeCommunes) {
 // The form's logic over the file of the settings.
 #include "support/services_faux.h"
 #include "ui/frm_commune.h"
+#include <algorithm>
+#include <memory>
 
 namespace {
 
@@ -152,6 +154,85 @@ TEST(FrmCommune, FichierDesParametresRechercheEtCommentaire) {
     c.Choisit(1);
     ASSERT_TRUE(c.EnregistreCommentaire("Port basque"));
     EXPECT_EQ(FichierCommunes(fs, "/c/France.svx").Lit(1).commentaire, "Port basque");
+}
+
+} // namespace
+
+// Adding, removing and writing anew from the form, and the help to the
+// place fields.
+namespace {
+
+struct FormeCommunes : ::testing::Test {
+    SystemeMemoire fs;
+    ReglagesMemoire reglages;
+    Application app{fs, reglages, "/prog"};
+    test::ServicesFaux s;
+    std::unique_ptr<MDIForm1> f;
+    void SetUp() override {
+        app.Demarre();
+        f = std::make_unique<MDIForm1>(app, s.ui());
+        FichierCommunes::Cree(fs, "/c/France.svx", Quelques());
+        app.parametres().fichierCommunes = "/c/France.svx";
+    }
+};
+
+TEST_F(FormeCommunes, AjoutRetraitEtReorganisationAvecSonArret) {
+    FrmCommune c(*f);
+    ASSERT_TRUE(c.Ouvre());
+    EXPECT_EQ(c.Ajoute({"  ", "1", "", "", "", "", "", 0, 0}), 0u);
+    EXPECT_EQ(s.boites.informations, std::vector<int>{msg_communes::NomVide});
+    const std::uint32_t n = c.Ajoute({" Hendaye ", "64260", "", "", "", "64700", "", 17000, 795});
+    ASSERT_EQ(n, 6u);
+    EXPECT_EQ(c.Affichee().nom, "Hendaye");
+    EXPECT_EQ(c.ChercheCommune("HENDAYE"), "Hendaye");
+
+    // Busy elsewhere: refused with 503, nothing written.
+    s.panneau.visible = true;
+    EXPECT_EQ(c.Ajoute({"Biarritz", "", "", "", "", "", "", 0, 0}), 0u);
+    EXPECT_FALSE(c.Reorganise());
+    EXPECT_EQ(s.boites.informations.back(), 503);
+    s.panneau.visible = false;
+
+    // A stop keeps the file as it was; a whole run shows both titles.
+    const std::string avant = fs.contenu("/c/France.svx");
+    s.panneau.arretApres = 0;
+    EXPECT_FALSE(c.Reorganise());
+    EXPECT_EQ(fs.contenu("/c/France.svx"), avant);
+    EXPECT_FALSE(fs.existe("/c/Commune.reo"));
+    s.panneau.arretApres = -1;
+    s.panneau.titres.clear();
+    ASSERT_TRUE(c.Reorganise());
+    EXPECT_NE(std::find(s.panneau.titres.begin(), s.panneau.titres.end(), "R\xE9organisation Index"),
+              s.panneau.titres.end());
+    EXPECT_FALSE(s.panneau.visible);
+    EXPECT_EQ(c.Affichee().nom, "Hendaye") << "still shown after the file was written anew";
+
+    // Removing asks 617 first; No keeps it.
+    EXPECT_FALSE(c.Retire());
+    EXPECT_EQ(s.boites.questions, std::vector<int>{617});
+    s.boites.reponses = {Reponse::Oui};
+    ASSERT_TRUE(c.Retire());
+    EXPECT_EQ(c.Choisie(), 0u);
+    EXPECT_EQ(FichierCommunes(fs, "/c/France.svx").Lit(6), Commune{});
+    EXPECT_FALSE(c.Retire()) << "nothing shown";
+}
+
+TEST_F(FormeCommunes, LesLieuxProposesCommencentCommeLeTexteTape) {
+    EXPECT_EQ(LieuxProposes(app, "sai"), std::vector<std::string>{"Saint-Jean-de-Luz"});
+    EXPECT_EQ(LieuxProposes(app, "L'IS"), std::vector<std::string>{"L'Isle-Adam"});
+    EXPECT_EQ(LieuxProposes(app, "c"), std::vector<std::string>{}) << "two letters at least";
+    EXPECT_EQ(LieuxProposes(app, "zz"), std::vector<std::string>{});
+    // Names in index order, cut at the number asked.
+    FichierCommunes::Cree(fs, "/c/France.svx",
+                          {{"Sainte-Marie", "", "", "", "", "", "", 0, 0}, {"Saint-Pierre", "", "", "", "", "", "", 0, 0},
+                           {"Saint-Andr\xE9", "", "", "", "", "", "", 0, 0}, {"Sarlat", "", "", "", "", "", "", 0, 0}});
+    EXPECT_EQ(LieuxProposes(app, "saint", 2), (std::vector<std::string>{"Saint-Andr\xE9", "Saint-Pierre"}));
+    // No file, or one that is no gazetteer: nothing, and no box while typing.
+    ecrireTout(fs, "/c/France.svx", "abc");
+    EXPECT_TRUE(LieuxProposes(app, "saint").empty());
+    app.parametres().fichierCommunes.clear();
+    EXPECT_TRUE(LieuxProposes(app, "saint").empty());
+    EXPECT_TRUE(s.boites.informations.empty());
 }
 
 } // namespace

@@ -144,8 +144,9 @@ std::string CleCommune(std::string_view nom) {
     return CleMot(s);
 }
 
-FichierCommunes::FichierCommunes(SystemeFichiers& fs, std::string chemin) : fs_(fs), chemin_(std::move(chemin)) {
-    f_ = fs_.ouvrir(chemin_, Mode::LectureEcriture);
+FichierCommunes::FichierCommunes(SystemeFichiers& fs, std::string chemin, bool lectureSeule)
+    : fs_(fs), chemin_(std::move(chemin)) {
+    f_ = fs_.ouvrir(chemin_, lectureSeule ? Mode::Lecture : Mode::LectureEcriture);
     LitEntete();
 }
 
@@ -348,6 +349,19 @@ std::uint32_t FichierCommunes::ChercheMot(std::string_view mot) {
         else haut = milieu;
     }
     return std::min(bas, mots_);
+}
+
+std::vector<std::string> FichierCommunes::NomsCommencant(std::string_view debut, std::size_t nombre) {
+    std::vector<std::string> r;
+    const std::string cle = CleCommune(debut);
+    bool exact = false;
+    std::uint32_t i = cle.empty() ? 0 : ChercheNom(debut, exact);
+    for (; i != 0 && i <= noms_ && r.size() < nombre; ++i) {
+        std::string nom = NomIndex(i);
+        if (CleCommune(nom).compare(0, cle.size(), cle) != 0) break;
+        r.push_back(std::move(nom));
+    }
+    return r;
 }
 
 void FichierCommunes::EcritCommentaire(std::uint32_t n, std::string_view texte) {

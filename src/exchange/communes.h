@@ -51,7 +51,7 @@ class FichierCommunes {
     // Opens an existing file for reading and writing; ErreurES when it
     // can't be, ErreurLecture-like std::runtime_error when its header is
     // not that of a communes file.
-    FichierCommunes(SystemeFichiers& fs, std::string chemin);
+    FichierCommunes(SystemeFichiers& fs, std::string chemin, bool lectureSeule = false);
 
     // Writes a new file of these communes (numbered from 1 in this order),
     // whole or not at all.
@@ -75,6 +75,9 @@ class FichierCommunes {
     std::uint32_t ChercheNom(std::string_view nom, bool& exact);
     // The place of the first word at or after `mot` (clamped to the last).
     std::uint32_t ChercheMot(std::string_view mot);
+    // The names of the index that begin as `debut` does (folded both
+    // sides), in index order, `nombre` at most.
+    std::vector<std::string> NomsCommencant(std::string_view debut, std::size_t nombre);
 
     // The update of the form: a new comment, a changed record, appended.
     void EcritCommentaire(std::uint32_t n, std::string_view texte);

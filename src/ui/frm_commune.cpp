@@ -1,5 +1,6 @@
 #include "ui/frm_commune.h"
 
+#include "text/mots.h"
 #include "ui/commandes_communes.h"
 
 #include <cctype>
@@ -97,6 +98,59 @@ bool FrmCommune::EnregistreCommentaire(const std::string& texte) {
         fichier_->EcritCommentaire(choisie_, texte);
         commune_ = fichier_->Lit(choisie_);
     });
+}
+
+std::uint32_t FrmCommune::Ajoute(const Commune& c) {
+    if (!fichier_ || f_.Occupe()) return 0;
+    if (Trim(c.nom).empty()) {
+        f_.services().boites.Information(msg_communes::NomVide);
+        return 0;
+    }
+    Commune nouvelle = c;
+    nouvelle.nom = Trim(c.nom);
+    std::uint32_t n = 0;
+    if (!Protege(f_.services().boites, [&] { n = fichier_->Ajoute(nouvelle); })) return 0;
+    Choisit(n);
+    return n;
+}
+
+bool FrmCommune::Retire() {
+    if (!fichier_ || choisie_ == 0 || f_.Occupe()) return false;
+    if (f_.services().boites.Question(msg_communes::Confirmation) != Reponse::Oui) return false;
+    const bool ok = Protege(f_.services().boites, [&] { fichier_->Retire(choisie_); });
+    choisie_ = 0;
+    commune_ = {};
+    return ok;
+}
+
+bool FrmCommune::Reorganise() {
+    if (!fichier_ || f_.Occupe()) return false;
+    Panneau& panneau = f_.services().panneau;
+    bool fini = false;
+    {
+        OperationLongue op(panneau, f_.services().boites, "R\xE9organisation communes");
+        Protege(f_.services().boites, [&] {
+            fini = fichier_->Reorganise([&](const std::string& titre, const std::string& texte) {
+                panneau.Montre(titre, texte);
+                return !op.Arrete();
+            });
+        });
+    }
+    if (choisie_) Choisit(choisie_);
+    return fini;
+}
+
+std::vector<std::string> LieuxProposes(Application& app, const std::string& debut, std::size_t nombre) {
+    const std::string chemin = app.parametres().fichierCommunes;
+    if (CleCommune(debut).size() < 2 || chemin.empty()) return {};
+    try {
+        if (!app.fs().existe(chemin)) return {};
+        // Opened for each question: the window may have written it anew.
+        FichierCommunes f(app.fs(), chemin, true);
+        return f.NomsCommencant(debut, nombre);
+    } catch (const std::exception&) {
+        return {}; // a damaged file is told by the window, not while typing
+    }
 }
 
 } // namespace sylvane

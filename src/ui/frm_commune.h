@@ -3,7 +3,12 @@
 // is looked up in the name index (message 743 and the nearest name when
 // it is not there); a head word shows the words around it and its
 // communes; a commune chosen shows its fields, its main commune and its
-// department; its comment is written back at once (`MnuMAJ`).
+// department; its comment is written back at once (`MnuMAJ`). Communes
+// are added and removed, and the file written anew (`MnuReorganiser`) with
+// the progress panel and its stop.
+//
+// The same gazetteer helps the entry of places: the communes whose name
+// begins as the typed text are offered (`LieuxProposes`).
 #pragma once
 
 #include "exchange/communes.h"
@@ -17,6 +22,37 @@ namespace sylvane {
 
 inline constexpr int kCommuneIntrouvable = 742;
 inline constexpr int kCommuneInconnue = 743;
+
+// Captions of the communes window.
+namespace msg_communes {
+inline constexpr int Titre = 4580;
+inline constexpr int Commune = 4581;
+inline constexpr int MotDirecteur = 4582;
+inline constexpr int Aller = 4583;
+inline constexpr int Mots = 4584;
+inline constexpr int CommunesDuMot = 4585;
+inline constexpr int Numero = 4586;
+inline constexpr int CodesPostaux = 4587;
+inline constexpr int Agglomeration = 4588;
+inline constexpr int Principale = 4589;
+inline constexpr int Departement = 4590;
+inline constexpr int Population = 4591;
+inline constexpr int Superficie = 4592;
+inline constexpr int Commentaire = 4593;
+inline constexpr int Enregistrer = 4594;  // MnuMAJ
+inline constexpr int Ajouter = 4595;
+inline constexpr int Retirer = 4596;
+inline constexpr int Reorganiser = 4597;
+inline constexpr int Prendre = 4598;      // the commune goes to the place field
+inline constexpr int Nouvelle = 4599;     // the dialog of a new commune
+inline constexpr int Nom = 4600;
+inline constexpr int Fermer = 4601;
+inline constexpr int Aucun = 4602;        // the window with no gazetteer
+inline constexpr int AideLieu = 4603;     // tool tip of a place field
+inline constexpr int NomVide = 4604;
+inline constexpr int Hectares = 4605;     // "&1 ha"
+inline constexpr int Confirmation = 617;
+} // namespace msg_communes
 
 class FrmCommune {
   public:
@@ -50,6 +86,15 @@ class FrmCommune {
     // `MnuMAJ`: the comment of the commune shown.
     bool EnregistreCommentaire(const std::string& texte);
 
+    // A new commune, then shown: its number, 0 when refused (no name:
+    // message NomVide; busy: 503).
+    std::uint32_t Ajoute(const Commune& c);
+    // The commune shown goes, after the question 617.
+    bool Retire();
+    // `MnuReorganiser`: the file written anew, the panel showing the
+    // commune reached; false when stopped (the old file stays) or failed.
+    bool Reorganise();
+
   private:
     std::uint32_t ParNumero(const std::string& numero);
 
@@ -58,5 +103,10 @@ class FrmCommune {
     std::uint32_t choisie_ = 0;
     Commune commune_;
 };
+
+// The names of the gazetteer of the settings that begin as `debut`, for
+// the place fields; none, and no box, when there is no readable file or
+// fewer than two letters are typed.
+std::vector<std::string> LieuxProposes(Application& app, const std::string& debut, std::size_t nombre = 12);
 
 } // namespace sylvane
