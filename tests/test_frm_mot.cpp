@@ -2,6 +2,8 @@
 // refusals, the sheet's rubric rows, the keyword list and picker, the
 // usual words of the settings, the replacement with its panel, its
 // questions and a failing disk.
+#include "publish/recapitulation.h"
+#include "store/evenement_edition.h"
 #include "store/fichier_memoire.h"
 #include "support/services_faux.h"
 #include "text/messages.h"
@@ -246,4 +248,63 @@ TEST_F(Mots, AFailingDiskLeavesTheBaseOpenAtItsLastCommit) {
     EXPECT_NE(b().LitNote(2).find("\\laboureur"), std::string::npos);
     ASSERT_TRUE(r.CmdRemplacer());
     EXPECT_NE(b().LitNote(2).find("\\cultivateur"), std::string::npos);
+}
+
+TEST_F(Mots, ARubricThatIsAnEventKindMakesItsEventOnceAndOpensIt) {
+    const std::uint32_t p = Personne("1850", "\\laboureur");
+    FrmMot m(*f, {false, ' ', "CHR", "Bapt\xEAme", true, "12/3", "1850", "Caen  ", p});
+    EXPECT_TRUE(m.EvenementPossible());
+    EXPECT_FALSE(m.EvenementExiste());
+    const std::uint32_t e = m.CmdIndEvt();
+    ASSERT_NE(e, 0u);
+    EXPECT_EQ(b().TagEvt(e), "CHR");
+    EXPECT_EQ(DateCourteEvenement(b().DateEvt(e)), "12/03/1850");
+    EXPECT_EQ(b().LieuEvt(e), "Caen");
+    EXPECT_FALSE(RoleDansEvenement(b(), p, e, nullptr).empty()) << "the owner holds its main role";
+    ASSERT_FALSE(s.fenetres.numeros.empty());
+    EXPECT_EQ(s.fenetres.numeros.back(), (std::pair<std::string, std::uint32_t>{"FrmDesEvt", e}));
+    // Asked again, the same event opens; none is made twice.
+    FrmMot encore(*f, {false, ' ', "CHR", "Bapt\xEAme", true, "", "", "", p});
+    EXPECT_TRUE(encore.EvenementExiste());
+    EXPECT_EQ(encore.CmdIndEvt(), e);
+
+    // A day that is no date is refused with message 931 and makes nothing.
+    const std::uint32_t q = Personne("1851", "\\laboureur");
+    FrmMot faux(*f, {false, ' ', "BURI", "Inhumation", true, "45/13", "1851", "", q});
+    EXPECT_EQ(faux.CmdIndEvt(), 0u);
+    EXPECT_EQ(Infos().back(), 931);
+    EXPECT_EQ(EvenementPrincipal(b(), q, "BURI"), 0u);
+    // A trade is no kind of event; a marriage rubric needs a marriage.
+    EXPECT_FALSE(FrmMot(*f, {false, '\\', "OCCU", "Profession", false, "", "", "x", p}).EvenementPossible());
+    EXPECT_FALSE(FrmMot(*f, {true, ' ', "MARR", "Mariage", true, "", "1870", "", p}).EvenementPossible());
+}
+
+TEST_F(Mots, TheRecapitulationIsWrittenWholeOrNotAtAll) {
+    FrmLMotCle l(*f, '\\');
+    const auto contenu = l.Contenu(false);
+    ASSERT_EQ(contenu.size(), 1u);
+    ASSERT_EQ(contenu[0].mots.size(), 11u);
+    EXPECT_EQ(contenu[0].mots[0].mot, "LABOUREUR");
+    EXPECT_EQ(contenu[0].mots[0].personnes.size(), 30u);
+    EXPECT_EQ(contenu[0].mots[1].mot, "METAYER 0");
+    EXPECT_GE(l.Contenu(true).size(), 2u) << "every indexed kind";
+
+    s.fichiers.chemins = {std::string("/d/r.rtf"), std::string("/d/r.htm")};
+    ASSERT_EQ(l.EcritRecapitulation(false, false), std::optional<std::string>("/d/r.rtf"));
+    const std::string rtf = fs.contenu("/d/r.rtf");
+    EXPECT_EQ(rtf.rfind("{\\rtf1", 0), 0u);
+    EXPECT_NE(rtf.find("{\\b\\f0\\fs22 LABOUREUR}"), std::string::npos);
+    EXPECT_EQ(rtf.back(), '\n');
+    ASSERT_TRUE(l.EcritRecapitulation(true, false));
+    const std::string html = fs.contenu("/d/r.htm");
+    EXPECT_NE(html.find("<H3>METAYER 8 "), std::string::npos);
+    EXPECT_NE(html.find("</UL>\r\n</BODY></HTML>"), std::string::npos);
+    EXPECT_FALSE(s.panneau.visible);
+
+    // Cancelled in the dialog, or stopped: no file.
+    EXPECT_FALSE(l.EcritRecapitulation(false, false));
+    s.fichiers.chemins = {std::string("/d/arrete.rtf")};
+    s.panneau.arretApres = 0;
+    EXPECT_FALSE(l.EcritRecapitulation(false, true));
+    EXPECT_FALSE(fs.existe("/d/arrete.rtf"));
 }

@@ -1,11 +1,14 @@
 // The keyword and rubric forms: their state and rules over the core.
 #include "ui/frm_mot.h"
 
+#include "publish/recapitulation.h"
+#include "store/evenement_edition.h"
 #include "store/pack.h"
 #include "text/messages.h"
 #include "text/mots.h"
 #include "text/tags.h"
 #include "ui/commandes_communes.h"
+#include "ui/frm_evenement.h"
 
 #include <algorithm>
 
@@ -253,30 +256,53 @@ void FrmLMotCle::Cherche(const std::string& texte) {
 
 std::string FrmLMotCle::Valeur(const LigneMotCle& l) { return DesPoints(l.mot); }
 
+std::vector<GenreRecapitule> FrmLMotCle::Contenu(bool ensemble) {
+    Base* b = f_.base();
+    if (!b) return {};
+    return sylvane::Recapitulation(*b, ensemble ? MarquesIndexees(*b) : std::vector<char>{liste_.Marque()});
+}
+
+std::string FrmLMotCle::TitreRecapitulation(bool ensemble) const {
+    std::string t = Message(msg_mots::Recapitulation);
+    t.erase(std::remove(t.begin(), t.end(), '&'), t.end());
+    return ensemble ? t : t + " - " + Titre();
+}
+
 std::string FrmLMotCle::Recapitulation(bool ensemble) {
     Base* b = f_.base();
     std::string t;
-    if (!b) return t;
-    std::vector<char> marques;
-    if (ensemble) {
-        for (const auto& g : GenresMots(*b))
-            if (g.indexe) marques.push_back(g.marque);
-    } else {
-        marques.push_back(liste_.Marque());
-    }
-    for (char m : marques) {
-        const ListeMotsCles l(*b, m);
-        const std::string r = b->LibelleRubrique(b->RubriqueDeSymbole(m));
-        t += r.substr(std::min<std::size_t>(1, r.size())) + "\r\n";
-        for (const auto& ligne : l.Page(0, l.Taille())) {
-            t += "  " + DesPoints(ligne.mot) + " (" + std::to_string(ligne.emplois) + ")\r\n";
-            const std::string p = b->PersonnesMot(ligne.entree);
-            for (std::size_t o = 0; o + 4 <= p.size(); o += 4)
-                t += "      " + b->NomDates(Unpack4(p, o)) + "\r\n";
+    for (const GenreRecapitule& g : Contenu(ensemble)) {
+        t += g.libelle + "\r\n";
+        for (const MotRecapitule& m : g.mots) {
+            t += "  " + m.mot + " (" + std::to_string(m.emplois) + ")\r\n";
+            for (std::uint32_t p : m.personnes) t += "      " + b->NomDates(p) + "\r\n";
         }
         t += "\r\n";
     }
     return t;
+}
+
+std::optional<std::string> FrmLMotCle::EcritRecapitulation(bool html, bool ensemble) {
+    Base* b = f_.base();
+    if (!b || f_.Occupe()) return std::nullopt;
+    const std::string depart = f_.app().parametres().DossierTravail() + Titre() + (html ? ".htm" : ".rtf");
+    const auto chemin = html ? f_.services().fichiers.Enregistrer(msg_mots::Recapitulation, "HTML (*.htm)|*.htm|", depart)
+                             : f_.services().fichiers.Enregistrer(msg_mots::TitreRTF, "RTF (*.rtf)|*.rtf|", depart);
+    if (!chemin) return std::nullopt;
+    const std::string titre = TitreRecapitulation(ensemble);
+    bool fini = false;
+    {
+        OperationLongue op(f_.services().panneau, f_.services().boites, titre);
+        Protege(f_.services().boites, [&] {
+            const auto r = sylvane::Recapitulation(*b, ensemble ? MarquesIndexees(*b) : std::vector<char>{liste_.Marque()},
+                                                   op.interaction());
+            if (op.interaction().Arrete()) return;
+            fini = html ? RecapitulationHTML(*b, f_.app().fs(), r, titre, *chemin, op.interaction())
+                        : RecapitulationRTF(*b, f_.app().fs(), r, titre, *chemin, op.interaction());
+        });
+    }
+    if (!fini) return std::nullopt;
+    return chemin;
 }
 
 // --- FrmMot -----------------------------------------------------------------------------------
@@ -308,6 +334,38 @@ bool FrmMot::CmdValider() {
     valeur = TrimDroite(valeur);
     nouveau_ = !valeur.empty() && liste_.Liste().Exact(valeur) == 0;
     return true;
+}
+
+std::uint32_t FrmMot::Proprietaire() const { return d_.personne ? d_.personne : f_.personneFiche; }
+
+std::uint32_t FrmMot::Mariage() const {
+    Base* b = f_.base();
+    if (!d_.mariage || !b) return 0;
+    return d_.numeroMariage ? d_.numeroMariage : b->MariageNo(Proprietaire(), 1);
+}
+
+bool FrmMot::EvenementPossible() const {
+    Base* b = f_.base();
+    if (!b || Proprietaire() == 0 || (d_.mariage && Mariage() == 0)) return false;
+    return !CellulesRoles(b->Temoins(), d_.tag).empty();
+}
+
+bool FrmMot::EvenementExiste() const {
+    if (!EvenementPossible()) return false;
+    Base& b = *f_.base();
+    const std::uint32_t m = Mariage();
+    return (m ? EvenementMariage(b, Proprietaire(), m, d_.tag) : EvenementPrincipal(b, Proprietaire(), d_.tag)) != 0;
+}
+
+std::uint32_t FrmMot::CmdIndEvt() {
+    if (!EvenementPossible() || f_.Occupe()) return 0;
+    const std::uint32_t p = Proprietaire();
+    const std::uint32_t e = EvenementDeFiche(f_, p, d_.tag, d_.date ? jour : "", d_.date ? annee : "",
+                                             TrimDroite(valeur), Mariage());
+    if (e == 0) return 0;
+    f_.Aller(f_.PersonneEnCours());
+    OuvreEvenement(f_, e, p);
+    return e;
 }
 
 // --- FrmUsuels --------------------------------------------------------------------------------

@@ -16,6 +16,8 @@
 
 namespace sylvane {
 
+struct GenreRecapitule;
+
 // Captions of these forms.
 namespace msg_mots {
 inline constexpr int Remplaces = 4256;       // "&1 remplacement(s)"
@@ -62,6 +64,11 @@ inline constexpr int RemplacerPar = 4296;
 inline constexpr int TousIndex = 4297;
 inline constexpr int Remplacer = 4298;
 inline constexpr int MotARemplacer = 4299;
+inline constexpr int Recapitulation = 4606;
+inline constexpr int RecapImp = 4607;
+inline constexpr int RecapRTF = 4608;
+inline constexpr int RecapHTML = 4609;
+inline constexpr int TitreRTF = 567;
 inline constexpr int ChoixMot = 4025;     // "..." beside a keyword field
 inline constexpr int Confirmation = 617;
 inline constexpr int Occupe = 503;
@@ -163,8 +170,15 @@ class FrmLMotCle {
     // The keyword of a row as a field takes it: dots back to blanks.
     static std::string Valeur(const LigneMotCle& l);
     // The recapitulation: each keyword and its persons, as text lines.
-    // `ensemble`: every indexed kind.
+    // `ensemble` (`MnuEnsemble`): every indexed kind.
     std::string Recapitulation(bool ensemble);
+    // Its content and title, for the printer (`MnuRecapImp`).
+    std::vector<GenreRecapitule> Contenu(bool ensemble);
+    std::string TitreRecapitulation(bool ensemble) const;
+    // `MnuRecapRTF`, `MnuRecapHTML`: written to the file chosen in the
+    // dialog, with the progress panel; the path, or nothing when
+    // cancelled, stopped or failed.
+    std::optional<std::string> EcritRecapitulation(bool html, bool ensemble);
 
   private:
     MDIForm1& f_;
@@ -181,6 +195,10 @@ struct DemandeMot {
     std::string libelle;
     bool date = false;    // the day and year fields are shown
     std::string jour, annee, valeur;
+    // The owner of the rubric: the person (0: the sheet's) and, for a
+    // marriage rubric, the marriage (0: the person's first).
+    std::uint32_t personne = 0;
+    std::uint32_t numeroMariage = 0;
 };
 
 class FrmMot {
@@ -201,8 +219,17 @@ class FrmMot {
     // tells whether the value is no keyword of the base yet.
     bool CmdValider();
     bool Nouveau() const { return nouveau_; }
+    // CmdIndEvt, for a rubric whose tag is also a kind of event: the
+    // owner's event of that kind, made first from the day, year and value
+    // typed when there is none (message 931 for a day that is no date),
+    // then opened. Gives the event, 0 when refused.
+    bool EvenementPossible() const;
+    bool EvenementExiste() const;
+    std::uint32_t CmdIndEvt();
 
   private:
+    std::uint32_t Proprietaire() const;
+    std::uint32_t Mariage() const;
     MDIForm1& f_;
     DemandeMot d_;
     FrmLMotCle liste_;
