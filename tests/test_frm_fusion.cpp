@@ -3,6 +3,7 @@
 // wizard's steps passed over when there is nothing to choose, and the
 // merge at its end, refused or confirmed.
 #include "store/fichier_memoire.h"
+#include "store/liens.h"
 #include "support/services_faux.h"
 #include "text/messages.h"
 #include "ui/frm_fusion.h"
@@ -212,6 +213,81 @@ TEST_F(Fusion, AbandonWritesNothingAndAnEmptyTableLeavesNoFile) {
     const auto g = FrmFusion(*f).Grille();
     ASSERT_EQ(g.size(), 1u);
     EXPECT_EQ(g[0].nom2, ""); // a person no longer in the base
+}
+
+std::string SansFinDeLigne(std::string s) {
+    while (!s.empty() && (s.back() == '\n' || s.back() == '\r')) s.pop_back();
+    return s;
+}
+
+// The marriage panel: the date, the place, each rubric with a value on
+// either side and the two notes when they differ are offered; what is
+// chosen is what the kept marriage holds after the merge.
+TEST_F(Fusion, MarriagePanelOffersRubricsAndNotesAndWritesTheChoice) {
+    Base& b = B();
+    // One marriage rubric with a date, of the same kind as the first
+    // person rubric.
+    auto& slots = b.TeteModifiable().rubriquesMariage;
+    slots[0] = b.Tete().rubriquesPersonne[0];
+    slots[0].drapeau = '1';
+    const std::uint32_t m1 = b.Mariages(h1).at(0), m2 = b.Mariages(h2).at(0);
+    auto note = [&](const std::string& lieu, const std::string& an, const std::string& valeur,
+                    const std::string& corps) {
+        std::array<ValeurRubrique, 10> v{};
+        v[0] = {"", an, valeur};
+        return " @" + lieu + LignesRubriques(slots, v) + "\r\n\r\n" + corps;
+    };
+    b.EcritNoteMariage(m1, note("Paris", "1880", "Cultivateur", "Note un"));
+    b.EcritNoteMariage(m2, note("Lyon", "", "Laboureur", "Note deux"));
+    b.ValideBase();
+
+    FrmFusion frm(*f);
+    frm.PoseFiche(0, h1);
+    frm.PoseFiche(1, h2);
+    ASSERT_TRUE(frm.CmdFusion_Click());
+    ASSERT_TRUE(frm.CmdSuite());
+    frm.optPere = ChoixTexte::Premier;
+    ASSERT_TRUE(frm.CmdSuite());
+    ASSERT_EQ(frm.etape(), FrmFusion::Etape::MARIAGE);
+    ASSERT_EQ(frm.LstConjoint(), (std::vector<std::uint32_t>{m1, 0}));
+    EXPECT_EQ(frm.lstLMar.valeurs, (std::vector<std::string>{"Paris", "Lyon"}));
+    EXPECT_EQ(frm.lstLMar.Valeur(), "Paris");
+    EXPECT_EQ(frm.lstDMar.Valeur(), "1875");
+    ASSERT_GE(frm.rubriquesMariage.size(), 1u);
+    const RubriqueFusion& r = frm.rubriquesMariage[0];
+    EXPECT_TRUE(r.avecDate);
+    EXPECT_EQ(r.valeurs.valeurs, (std::vector<std::string>{"Cultivateur", "Laboureur"}));
+    EXPECT_EQ(r.dates.Valeur(), "1880");
+    for (std::size_t i = 1; i < frm.rubriquesMariage.size(); ++i)
+        EXPECT_TRUE(frm.rubriquesMariage[i].dates.valeurs.empty()) << "nothing to show in slot " << i;
+    EXPECT_TRUE(frm.texteMarPropose);
+    EXPECT_EQ(SansFinDeLigne(frm.texteMar1), "Note un");
+    EXPECT_EQ(SansFinDeLigne(frm.texteMar2), "Note deux");
+    EXPECT_EQ(frm.optTxtMar, ChoixTexte::Fusion);
+
+    // No merge: nothing to choose; back on the marriage, the lists are
+    // offered again on the kept marriage's values.
+    frm.ConjointChoisi(1);
+    EXPECT_TRUE(frm.lstLMar.valeurs.empty());
+    EXPECT_TRUE(frm.rubriquesMariage.empty());
+    EXPECT_FALSE(frm.texteMarPropose);
+    frm.ConjointChoisi(0);
+    EXPECT_EQ(frm.lstLMar.Valeur(), "Paris");
+
+    frm.lstLMar.Choisit("Lyon");
+    frm.rubriquesMariage[0].valeurs.Choisit("Laboureur");
+    frm.optTxtMar = ChoixTexte::Second;
+    s.boites.reponses = {Reponse::Oui};
+    ASSERT_TRUE(frm.CmdSuite());
+    EXPECT_EQ(b.LieuMariage(m1), "Lyon");
+    EXPECT_EQ(b.LitAnMariage(m1), "1875");
+    const auto rub = b.RubriquesMariage(m1);
+    ASSERT_GE(rub.size(), 1u);
+    EXPECT_EQ(rub[0].valeur, "Laboureur");
+    EXPECT_EQ(rub[0].annee, "1880");
+    EXPECT_EQ(SansFinDeLigne(b.CorpsNoteMariage(m1)), "Note deux");
+    EXPECT_EQ(b.LitMari(m2), 0u);
+    EXPECT_EQ(b.Mariages(h1), std::vector<std::uint32_t>{m1});
 }
 
 } // namespace

@@ -238,30 +238,12 @@ std::string Defaut(const std::string& premier, const std::string& second) {
     return Trim(premier).empty() ? second : premier;
 }
 
-ChoixTexte ChoixNotes(const std::string& a, const std::string& b) {
-    if (a.empty()) return ChoixTexte::Second;
-    if (b.empty() || a == b) return ChoixTexte::Premier;
-    return ChoixTexte::Fusion;
-}
-
 std::string NoteChoisie(ChoixTexte c, const std::string& a, const std::string& b) {
     switch (c) {
     case ChoixTexte::Premier: return a;
     case ChoixTexte::Second: return b;
     default: return a == b ? a : JoinsNotes(a, b);
     }
-}
-
-std::array<ValeurRubrique, 10> RubriquesChoisies(const TableValeursRubriques& a,
-                                                 const TableValeursRubriques& b) {
-    std::array<ValeurRubrique, 10> r{};
-    for (std::size_t i = 0; i < r.size(); ++i) {
-        const ValeurRubrique va = i < a.size() ? a[i] : ValeurRubrique{};
-        const ValeurRubrique vb = i < b.size() ? b[i] : ValeurRubrique{};
-        const bool videA = va.jourMois.empty() && va.annee.empty() && va.valeur.empty();
-        r[i] = videA ? vb : va;
-    }
-    return r;
 }
 
 // The index of the matching brace of the group opening at `debut`; the
@@ -762,6 +744,24 @@ std::string JoinsNotes(const std::string& premier, const std::string& second) {
     const std::string reste =
         Trim(second.substr(0, pb) + (fb < second.size() ? second.substr(fb + 1) : ""));
     if (!reste.empty()) r += "\r\n" + reste;
+    return r;
+}
+
+ChoixTexte ChoixNotes(const std::string& a, const std::string& b) {
+    if (a.empty()) return ChoixTexte::Second;
+    if (b.empty() || a == b) return ChoixTexte::Premier;
+    return ChoixTexte::Fusion;
+}
+
+std::array<ValeurRubrique, 10> RubriquesChoisies(const TableValeursRubriques& a,
+                                                 const TableValeursRubriques& b) {
+    std::array<ValeurRubrique, 10> r{};
+    for (std::size_t i = 0; i < r.size(); ++i) {
+        const ValeurRubrique va = i < a.size() ? a[i] : ValeurRubrique{};
+        const ValeurRubrique vb = i < b.size() ? b[i] : ValeurRubrique{};
+        const bool videA = va.jourMois.empty() && va.annee.empty() && va.valeur.empty();
+        r[i] = videA ? vb : va;
+    }
     return r;
 }
 

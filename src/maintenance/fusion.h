@@ -89,6 +89,14 @@ std::pair<std::string, std::string> DecoupeDateAn(const std::string& texte);
 // into the block of the first.
 std::string JoinsNotes(const std::string& premier, const std::string& second);
 
+// The note kept before the user chooses: the one that is there, both when
+// they differ.
+ChoixTexte ChoixNotes(const std::string& premier, const std::string& second);
+// The rubric values kept before the user chooses, slot by slot: the first
+// side's unless it has nothing there.
+std::array<ValeurRubrique, 10> RubriquesChoisies(const TableValeursRubriques& premier,
+                                                 const TableValeursRubriques& second);
+
 // What a merged marriage keeps.
 struct ChoixMariage {
     std::uint32_t mariage = 0; // the dropped person's marriage

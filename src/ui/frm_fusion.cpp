@@ -31,6 +31,36 @@ ListeFusion Liste(const std::string& a, const std::string& b, const std::string&
     return l;
 }
 
+// One row for each rubric slot of the base, the two sides' dates and
+// values offered, the chosen ones selected. A row with nothing on either
+// side keeps its place without a dates list.
+std::vector<RubriqueFusion> Rubriques(Base& b, const std::array<SlotRubrique, 10>& slots,
+                                      const TableValeursRubriques& premier,
+                                      const TableValeursRubriques& second,
+                                      const std::array<ValeurRubrique, 10>& choisies) {
+    std::vector<RubriqueFusion> r;
+    for (std::size_t i = 0; i < slots.size() && i < premier.size() && i < second.size(); ++i) {
+        const ValeurRubrique &a = premier[i], &z = second[i];
+        const std::string da = DateEtAn(a.jourMois, a.annee), dz = DateEtAn(z.jourMois, z.annee);
+        RubriqueFusion l;
+        l.libelle = LibelleRubrique(b, slots[i]);
+        l.avecDate = slots[i].drapeau == '1';
+        l.dates = Liste(da, dz, DateEtAn(choisies[i].jourMois, choisies[i].annee));
+        l.valeurs = Liste(a.valeur, z.valeur, choisies[i].valeur);
+        if (da.empty() && dz.empty() && a.valeur.empty() && z.valeur.empty()) l.dates.valeurs.clear();
+        r.push_back(std::move(l));
+    }
+    return r;
+}
+
+// The values chosen in the rows, slot by slot.
+void RubriquesLues(const std::vector<RubriqueFusion>& lignes, std::array<ValeurRubrique, 10>& c) {
+    for (std::size_t i = 0; i < lignes.size() && i < c.size(); ++i) {
+        const auto [jour, an] = DecoupeDateAn(lignes[i].dates.Valeur());
+        c[i] = {jour, an, lignes[i].valeurs.Valeur()};
+    }
+}
+
 } // namespace
 
 std::string& FrmFusion::PlageDemandee() {
@@ -176,21 +206,8 @@ void FrmFusion::RemplitRG() {
     chkAutPreOffert = lstPrenom.valeurs.size() > 1 && !Trim(b.LitPrenom(k)).empty() &&
                       !Trim(b.LitPrenom(d)).empty();
     chkAutPre = chkAutPreOffert && c.autrePrenom;
-    rubriques.clear();
-    const auto rk = b.RubriquesNote(k), rd = b.RubriquesNote(d);
-    const auto& slots = b.Tete().rubriquesPersonne;
-    for (std::size_t i = 0; i < slots.size() && i < rk.size() && i < rd.size(); ++i) {
-        const ValeurRubrique &a = rk[i], &z = rd[i];
-        const std::string da = DateEtAn(a.jourMois, a.annee), dz = DateEtAn(z.jourMois, z.annee);
-        RubriqueFusion r;
-        r.libelle = LibelleRubrique(b, slots[i]);
-        r.avecDate = slots[i].drapeau == '1';
-        const auto& dc = c.rubriques[i];
-        r.dates = Liste(da, dz, DateEtAn(dc.jourMois, dc.annee));
-        r.valeurs = Liste(a.valeur, z.valeur, dc.valeur);
-        if (da.empty() && dz.empty() && a.valeur.empty() && z.valeur.empty()) r.dates.valeurs.clear();
-        rubriques.push_back(std::move(r));
-    }
+    rubriques = Rubriques(b, b.Tete().rubriquesPersonne, b.RubriquesNote(k), b.RubriquesNote(d),
+                          c.rubriques);
 }
 
 bool FrmFusion::CmdFusion_Click() {
@@ -255,13 +272,26 @@ void FrmFusion::ConjointChoisi(int i) {
     Base& b = *B();
     ChoixMariage& cm = choix_.mariages[mariage_];
     const std::uint32_t mk = offerts_[static_cast<std::size_t>(i)], md = cm.mariage;
-    lstDMar = mk ? Liste(DateEtAn(b.DateMariage(mk), b.LitAnMariage(mk)),
-                         DateEtAn(b.DateMariage(md), b.LitAnMariage(md)),
-                         DateEtAn(b.DateMariage(mk), b.LitAnMariage(mk)))
-                 : ListeFusion{};
-    lstLMar = mk ? Liste(b.LieuMariage(mk), b.LieuMariage(md), b.LieuMariage(mk)) : ListeFusion{};
-    if (mk && lstLMar.Valeur().empty()) lstLMar.Choisit(b.LieuMariage(md));
-    optTxtMar = mk ? cm.note : ChoixTexte::Second;
+    lstDMar = lstLMar = {};
+    rubriquesMariage.clear();
+    texteMar1.clear();
+    texteMar2.clear();
+    texteMarPropose = false;
+    optTxtMar = ChoixTexte::Second;
+    // Not merged: the marriage moves as it stands, there is nothing to choose.
+    if (!mk) return;
+    const std::string dk = DateEtAn(b.DateMariage(mk), b.LitAnMariage(mk));
+    const std::string dd = DateEtAn(b.DateMariage(md), b.LitAnMariage(md));
+    lstDMar = Liste(dk, dd, Trim(dk).empty() ? dd : dk);
+    const std::string lk = b.LieuMariage(mk), ld = b.LieuMariage(md);
+    lstLMar = Liste(lk, ld, Trim(lk).empty() ? ld : lk);
+    const auto rk = b.RubriquesMariage(mk), rd = b.RubriquesMariage(md);
+    rubriquesMariage =
+        Rubriques(b, b.Tete().rubriquesMariage, rk, rd, RubriquesChoisies(rk, rd));
+    texteMar1 = b.CorpsNoteMariage(mk);
+    texteMar2 = b.CorpsNoteMariage(md);
+    texteMarPropose = !texteMar1.empty() && !texteMar2.empty() && texteMar1 != texteMar2;
+    optTxtMar = ChoixNotes(texteMar1, texteMar2);
 }
 
 bool FrmFusion::ProchainMariage() {
@@ -294,7 +324,8 @@ void FrmFusion::NoteMariage() {
     cm.date = date;
     cm.an = an;
     cm.lieu = lstLMar.Valeur();
-    cm.note = optTxtMar;
+    RubriquesLues(rubriquesMariage, cm.rubriques);
+    cm.note = texteMarPropose ? optTxtMar : ChoixNotes(texteMar1, texteMar2);
 }
 
 std::string FrmFusion::LblEnfant() {
@@ -357,10 +388,7 @@ bool FrmFusion::CmdSuite() {
         c.deces = lstDDeces.Valeur();
         c.lieuNaiss = lstLNaiss.Valeur();
         c.lieuDeces = lstLDeces.Valeur();
-        for (std::size_t i = 0; i < rubriques.size() && i < c.rubriques.size(); ++i) {
-            const auto [jour, an] = DecoupeDateAn(rubriques[i].dates.Valeur());
-            c.rubriques[i] = {jour, an, rubriques[i].valeurs.Valeur()};
-        }
+        RubriquesLues(rubriques, c.rubriques);
         etape_ = Etape::TXT;
         if (EntreTexte()) return true;
         [[fallthrough]];

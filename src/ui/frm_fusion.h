@@ -101,8 +101,16 @@ class FrmFusion {
     std::vector<std::string> TextesConjoint();
     int choixConjoint = 0;
     ListeFusion lstDMar, lstLMar;
+    // The marriage rubrics, one row a slot as on "RG" (a row with no value
+    // on either side has no dates list and isn't shown).
+    std::vector<RubriqueFusion> rubriquesMariage;
+    // The two marriages' notes; OptTxtMar is a choice only when both are
+    // there and differ.
+    std::string texteMar1, texteMar2;
+    bool texteMarPropose = false;
     ChoixTexte optTxtMar = ChoixTexte::Fusion;
-    // Called when choixConjoint changes: the lists of what differs.
+    // Called when choixConjoint changes: the lists of what differs, each on
+    // the kept marriage's value (the dropped one's where it has none).
     void ConjointChoisi(int i);
     // "ENFT": the child in course and the kept person's children offered
     // (then 0 for none).
