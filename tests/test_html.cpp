@@ -7,6 +7,7 @@
 #include "publish/html.h"
 #include "publish/html_texte.h"
 #include "store/fichier_memoire.h"
+#include "store/pack.h"
 #include "support/arbres.h"
 #include "support/dossier_temp.h"
 #include "support/francais.h"
@@ -216,5 +217,124 @@ TEST_F(Descendance, TheSinglePageReportAnchorsEveryPerson) {
     ASSERT_TRUE(pages.count("rapport.htm") && pages.count("Sylvane.css"));
     VerifiePages(pages);
     EXPECT_NE(pages.at("rapport.htm").find("<A NAME=\"i" + std::to_string(racine) + "\">"),
+              std::string::npos);
+}
+
+namespace {
+
+// The page of a word of the rubric of `symbole`.
+std::string PageMot(const Pages& pages, Base& b, char symbole, const std::string& mot) {
+    for (std::uint32_t k = 1; k <= b.Tete().nbRubriques; ++k) {
+        const std::string r = b.LitRubrique(k);
+        if (r.empty() || r[0] != symbole) continue;
+        const std::string mots = b.ListeRubrique(k);
+        for (std::size_t i = 0; i + 4 <= mots.size(); i += 4) {
+            const std::uint32_t w = Unpack4(mots, i);
+            if (b.LitMot(w) == mot) return pages.at("k" + std::to_string(k) + "_" + std::to_string(w) + ".htm");
+        }
+    }
+    ADD_FAILURE() << "no word " << mot << " under " << symbole;
+    return "";
+}
+
+std::string Cellule(const std::string& page) {
+    const std::size_t d = page.find("<TD>"), f = page.find("</TD>", d);
+    return d == std::string::npos || f == std::string::npos ? "" : page.substr(d + 4, f - d - 4);
+}
+
+} // namespace
+
+TEST(SiteHTML, AWordsPersonsSayWhatTheRubricIsAbout) {
+    test::Arbre a;
+    Base& b = a.b();
+    b.TeteModifiable().rubriquesPersonne[3] = {'%', '1', "RESI"};
+    const std::uint32_t x = a.Personne("Dupont", "Jean", 'H', "1790");
+    const std::uint32_t y = a.Personne("Durand", "Marie", 'F', "1795");
+    const std::uint32_t m = b.CreeMariage(x, y);
+    b.EcritNoteMariage(m, "12/6 @Lyon");
+    const std::string note = "|DUPONT \xB6Jean $Lyon ~Paris\r\nCHR 12/5/1790 \xB0Lyon\r\n"
+                             "RESI 3/4/1820 %Dijon\r\nOCCU  \\laboureur";
+    b.EcritNote(x, note);
+    b.MajMots(x, "", b.NoteAvecMariages(x));
+    EcrivainHTML w(b, a.fs);
+    ASSERT_TRUE(w.Site("/s"));
+    const Pages pages = PagesDe(a.fs, "/s/");
+    // A birth or a baptism names the birth, a death the death.
+    EXPECT_EQ(Cellule(PageMot(pages, b, '$', "LYON")).rfind("Naissance : ", 0), 0u);
+    EXPECT_NE(Cellule(PageMot(pages, b, '$', "LYON")).find("Lyon"), std::string::npos);
+    EXPECT_EQ(Cellule(PageMot(pages, b, '\xB0', "LYON")).rfind("Naissance : ", 0), 0u);
+    EXPECT_EQ(Cellule(PageMot(pages, b, '~', "PARIS")).rfind("D&eacute;c&egrave;s : ", 0), 0u);
+    // A wedding and a dated rubric: their label and date.
+    EXPECT_EQ(Cellule(PageMot(pages, b, '@', "LYON")), "Mariage : 12 juin");
+    EXPECT_EQ(Cellule(PageMot(pages, b, '%', "DIJON")), "R&eacute;sidence : 3 avril 1820");
+    // Anything else: the years of life.
+    EXPECT_EQ(Cellule(PageMot(pages, b, '\\', "LABOUREUR")), "(o1790)");
+    VerifiePages(pages);
+}
+
+TEST(SiteHTML, GodparentsAndWitnessesStandWithTheirRolesAndWhereTheyCameFrom) {
+    test::Arbre a;
+    Base& b = a.b();
+    const std::uint32_t x = a.Personne("Dupont", "Jean");
+    const std::uint32_t y = a.Personne("Durand", "Marie", 'F');
+    const std::uint32_t parrain = a.Personne("Martin", "Paul");
+    const std::uint32_t temoin = a.Personne("Bernard", "Luc");
+    const std::uint32_t ami = a.Personne("Petit", "Louis");
+    const std::uint32_t m = b.CreeMariage(x, y);
+    const std::uint32_t bapteme = b.CreeEvtPersonne(x, 0, "CHR", "Lyon");
+    const std::uint32_t noces = b.CreeEvtMariage(m, 0, "MARR", "Lyon");
+    auto role = [&b](std::uint32_t e, std::uint32_t p, const char* r) {
+        b.MajEvts(p, e, r, 'A');
+        b.MajPersonnesEvt(e, p, 'A');
+    };
+    role(bapteme, parrain, "Parrain");
+    role(noces, temoin, "T\xE9moin");
+    b.MajLiens(x, ami, "Ami", 'A');
+    EcrivainHTML w(b, a.fs);
+    ASSERT_TRUE(w.Site("/s"));
+    const Pages pages = PagesDe(a.fs, "/s/");
+    auto i = [](std::uint32_t n) { return "<A HREF=\"i" + std::to_string(n) + ".htm\">"; };
+    const std::string& page = pages.at("i" + std::to_string(x) + ".htm");
+    EXPECT_NE(page.find("<LI>Ami (P) : " + i(ami)), std::string::npos) << page;
+    EXPECT_NE(page.find("<LI>Parrain (P) : " + i(parrain)), std::string::npos) << page;
+    EXPECT_NE(page.find("<LI>T&eacute;moin (M) : " + i(temoin)), std::string::npos) << page;
+    // The wife's page has the witness too; the parents' roles stay in their own sections.
+    EXPECT_NE(pages.at("i" + std::to_string(y) + ".htm").find("(M) : " + i(temoin)), std::string::npos);
+    EXPECT_EQ(page.find("Mari (") , std::string::npos);
+    // The godfather is not the one baptised: his page names nobody by role.
+    EXPECT_EQ(pages.at("i" + std::to_string(parrain) + ".htm").find("(P) :"), std::string::npos);
+}
+
+TEST(SiteHTML, TheTitleDocumentOpensTheSiteWithTheBasesAddress) {
+    test::Arbre a;
+    Base& b = a.b();
+    a.Personne("Dupont", "Jean");
+    const std::uint32_t d = b.CreeDoc("Famille Dupont", "famille.dupont", "E-Mail");
+    const std::uint32_t image = b.CreeDoc("Acte", "actes\\1790.JPG", "Image");
+    b.DefinitDocumentTitre(d);
+    EcrivainHTML w(b, a.fs);
+    w.auteur = "Anne Dupont";
+    ASSERT_TRUE(w.Site("/s"));
+    const Pages pages = PagesDe(a.fs, "/s/");
+    const std::string n = std::to_string(d);
+    EXPECT_NE(pages.at("d" + n + ".htm").find("<P ALIGN=CENTER><a href=\"mailto:famille.dupont\">Anne Dupont</a></P>"),
+              std::string::npos);
+    EXPECT_NE(pages.at("d" + std::to_string(image) + ".htm").find("<IMG SRC=\"../actes/1790.JPG\" WIDTH=100%>"),
+              std::string::npos);
+    EXPECT_NE(pages.at("homepage.htm").find("<FRAME src=\"d" + n + ".htm\" name=\"M\">"), std::string::npos);
+    EXPECT_NE(pages.at("index.htm").find("<LI><A HREF=\"d" + n + ".htm\" TARGET=\"M\">Famille Dupont</A></LI>"),
+              std::string::npos);
+}
+
+TEST_F(Descendance, AReportPageShowsItsLinesUnderTheName) {
+    EcrivainHTML w(a.b(), a.fs);
+    ASSERT_TRUE(w.RapportMultifichiers("/r", "Rapport", {{racine, std::string("[1]\0Souche", 10), 0}}));
+    const std::string& page = PagesDe(a.fs, "/r/").at("i" + std::to_string(racine) + ".htm");
+    EXPECT_NE(page.find("</EM></H2>\r\n<H4 ALIGN=CENTER>[1]</H4>\r\n<H4 ALIGN=CENTER>Souche</H4>\r\n"),
+              std::string::npos)
+        << page;
+    // The site's pages have no lines of a list.
+    ASSERT_TRUE(w.Site("/s"));
+    EXPECT_EQ(PagesDe(a.fs, "/s/").at("i" + std::to_string(racine) + ".htm").find("<H4 ALIGN=CENTER>"),
               std::string::npos);
 }

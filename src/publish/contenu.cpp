@@ -12,7 +12,8 @@
 namespace sylvane {
 namespace {
 
-// Words joined by one blank, the empty ones left out.
+} // namespace
+
 std::string Joint(std::initializer_list<std::string> parties) {
     std::string r;
     for (const std::string& p : parties) {
@@ -23,6 +24,8 @@ std::string Joint(std::initializer_list<std::string> parties) {
     }
     return r;
 }
+
+namespace {
 
 std::string DateRubrique(const SlotRubrique& slot, const ValeurRubrique& v) {
     if (slot.drapeau != '1') return v.valeur;
@@ -52,7 +55,24 @@ std::string DetailsMariage(Base& b, std::uint32_t m) {
     return r;
 }
 
+// The roles of the family itself, which the sheet shows in its own
+// sections.
+bool RoleFamilial(const std::string& role) {
+    for (const char* r : {"CHIL", "FATH", "MOTH", "HUSB", "WIFE", "DEAD", "WIDR"})
+        if (role == r) return true;
+    return false;
+}
+
 } // namespace
+
+std::string RoleDansEvenement(Base& b, std::uint32_t p, std::uint32_t e) {
+    for (int i = 1; i <= kMaxListeFiche; ++i) {
+        const std::uint32_t x = b.EvtNo(p, i);
+        if (x == 0) break;
+        if (x == e) return b.RoleEvtNo(p, i);
+    }
+    return "";
+}
 
 const char* ClasseSexe(const std::string& sexe) {
     if (sexe == "H") return "Homme";
@@ -155,6 +175,28 @@ FichePersonne LitFichePersonne(Base& b, std::uint32_t p) {
         Mention m = MentionDe(b, l);
         m.role = Conv_LibelleTag(b.TexteLienBrutNo(p, i));
         f.liees.push_back(std::move(m));
+    }
+
+    // Godparents and witnesses: the other persons of the events where this
+    // one is the child, the deceased or one of the couple, "M" when it is
+    // the couple.
+    for (int i = 1; i <= kMaxListeFiche; ++i) {
+        const std::uint32_t e = b.EvtNo(p, i);
+        if (e == 0) break;
+        const std::string role = b.RoleEvtNo(p, i);
+        const bool couple = role == "HUSB" || role == "WIFE";
+        if (!couple && role != "CHIL" && role != "DEAD") continue;
+        for (int j = 1; j <= kMaxListeFiche; ++j) {
+            const std::uint32_t x = b.PersonneEvtNo(e, j);
+            if (x == 0) break;
+            if (x == p) continue;
+            const std::string r = RoleDansEvenement(b, x, e);
+            if (Trim(r).empty() || RoleFamilial(r)) continue;
+            Mention m = MentionDe(b, x);
+            m.role = Conv_LibelleTag(r);
+            m.genre = couple ? 'M' : 'P';
+            f.liees.push_back(std::move(m));
+        }
     }
 
     // Brothers and sisters share both parents; half-siblings one of them.

@@ -8,6 +8,7 @@
 #include "store/base.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <vector>
 
@@ -74,7 +75,9 @@ struct FichePersonne {
     Mention pere, mere;
     std::vector<MariageFiche> mariages;
     std::vector<Mention> enfants;   // all, with their sign
-    std::vector<Mention> liees;     // persons linked by a role
+    // Persons linked by a role: the free links and the godparents ("P"),
+    // the witnesses of a wedding ("M").
+    std::vector<Mention> liees;
     std::vector<Mention> freres;    // same two parents
     std::vector<Mention> demiFreres;
     std::vector<EvenementFiche> evenements; // in date order
@@ -85,7 +88,12 @@ struct FichePersonne {
 // The lists of a person are read up to this many entries.
 inline constexpr int kMaxListeFiche = 200;
 
+// Words joined by one blank, the empty ones left out.
+std::string Joint(std::initializer_list<std::string> parties);
+
 FichePersonne LitFichePersonne(Base& b, std::uint32_t p);
+// The stored role tag of person p in event e, "" when p isn't in it.
+std::string RoleDansEvenement(Base& b, std::uint32_t p, std::uint32_t e);
 Mention MentionDe(Base& b, std::uint32_t p);
 
 // A day count in words: "mardi 12 mars 1850" (messages 598 to 604, 730 to

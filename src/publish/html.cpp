@@ -121,7 +121,7 @@ struct EcrivainHTML::Etat {
         std::string r = PagePersonne(m.personne)
                             ? "<A HREF=\"" + Cible('i', m.personne) + "\">" + nom + "</A> "
                             : nom + " ";
-        return r + EntiteHTML(m.dates);
+        return r + EntiteHTML(Trim(m.dates));
     }
 
     // --- The person page ------------------------------------------------------
@@ -134,7 +134,7 @@ struct EcrivainHTML::Etat {
         Entete4(s, l.size() > 1 ? plusieurs : un);
         for (const Mention& m : l) {
             std::string r = "<LI>";
-            if (!m.role.empty()) r += EntiteHTML(m.role) + " : ";
+            if (!m.role.empty()) r += EntiteHTML(m.role) + " (" + m.genre + ") : ";
             r += EntiteHTML(m.signe) + LienPersonne(m) + "</LI>";
             s.Ligne(r);
         }
@@ -178,7 +178,7 @@ struct EcrivainHTML::Etat {
         if (o.evenements && !f.evenements.empty()) {
             Entete4(s, f.evenements.size() > 1 ? 643 : 644);
             for (const EvenementFiche& e : f.evenements) {
-                std::string l = "<LI>" + EntiteHTML(e.date) + " : ";
+                std::string l = "<LI>" + (e.date.empty() ? "" : EntiteHTML(e.date) + " : ");
                 const std::string t = EntiteHTML(e.libelle);
                 l += PageEvt(e.evenement)
                          ? "<A HREF=\"" + Cible('e', e.evenement) + "\">" + t + "</A>"
@@ -265,6 +265,7 @@ struct EcrivainHTML::Etat {
         Tete(s, f.nom);
         s.Ligne(std::string("<BODY CLASS=") + ClasseSexe(f.sexe) + ">");
         s.Ligne("<H2 ALIGN=CENTER><EM>" + EntiteHTML(f.nom) + "</EM></H2>");
+        for (const std::string& l : segments) s.Ligne("<H4 ALIGN=CENTER>" + l + "</H4>");
         CorpsPersonne(s, f);
         FinPage(s, "i" + N(p));
         s.Valide();
@@ -285,12 +286,7 @@ struct EcrivainHTML::Etat {
 
     // --- Event and document pages ------------------------------------------
     std::string RolePersonne(std::uint32_t p, std::uint32_t e) {
-        for (int i = 1; i <= kMaxListeFiche; ++i) {
-            const std::uint32_t x = b.EvtNo(p, i);
-            if (x == 0) break;
-            if (x == e) return Conv_LibelleTag(b.RoleEvtNo(p, i));
-        }
-        return "";
+        return Conv_LibelleTag(RoleDansEvenement(b, p, e));
     }
 
     void TeteDocOuEvt(SortiePage& s, char genre, std::uint32_t n, const std::string& type,
@@ -357,9 +353,10 @@ struct EcrivainHTML::Etat {
             std::string ext = Minuscules(fichier.substr(fichier.rfind('.') == std::string::npos
                                                             ? fichier.size()
                                                             : fichier.rfind('.') + 1));
-            if (d == w.documentAccueil && fichier.find('@') != std::string::npos) {
-                l += "<a href=\"mailto:" + EntiteHTML(fichier) + "\">" +
-                     EntiteHTML(w.auteur.empty() ? fichier : w.auteur) + "</a>";
+            if (d == w.documentAccueil) {
+                // The base's title document holds its e-mail address.
+                l += "<a href=\"mailto:" + EntiteHTML(Trim(fichier)) + "\">" +
+                     EntiteHTML(w.auteur.empty() ? Trim(fichier) : w.auteur) + "</a>";
             } else if (ext == "jpg" || ext == "gif" || ext == "bmp" || ext == "wmf" || ext == "pcx") {
                 std::string chemin = fichier;
                 std::replace(chemin.begin(), chemin.end(), '\\', '/');
@@ -400,19 +397,35 @@ struct EcrivainHTML::Etat {
         s.Valide();
     }
 
-    std::string LigneMot(std::uint32_t p, char symbole) {
-        std::string t;
-        if (symbole == '$') {
-            t = Message(754) + " : " + Trim(b.TexteDateNaiss(p) + " " + Trim(b.LitAnNaiss(p)) + " " +
-                                            b.LieuNaiss(p));
-        } else if (symbole == '~') {
-            t = Message(755) + " : " + Trim(b.TexteDateDeces(p) + " " + Trim(b.LitAnDeces(p)) + " " +
-                                            b.LieuDeces(p));
-        } else {
-            t = MentionDe(b, p).dates;
+    // The text beside a person in a word's list, by the kind of the
+    // rubric: the birth (a baptism too) or the death, the date of the
+    // person's marriage or of the rubric's event; else the years of life.
+    std::string TexteMot(std::uint32_t p, char symbole, const std::string& tag,
+                         const std::string& mot) {
+        if (symbole == '$' || tag == "BIRT" || tag == "CHR" || tag == "BAPM")
+            return Message(754) + " : " + Joint({b.TexteDateNaiss(p), b.LitAnNaiss(p), b.LieuNaiss(p)});
+        if (symbole == '~' || tag == "DEAT" || tag == "BURI" || tag == "CREM")
+            return Message(755) + " : " +
+                   Joint({b.TexteDateDeces(p), b.LitAnDeces(p), b.LieuDeces(p)});
+        if (tag == "MARR")
+            for (std::uint32_t m : b.Mariages(p))
+                if (CleMot(Trim(b.LieuMariage(m))) == mot)
+                    return Message(642) + " : " +
+                           Joint({Conv_DateLongue(b.DateMariage(m)), b.LitAnMariage(m)});
+        const auto& slots = b.Tete().rubriquesPersonne;
+        for (std::size_t i = 0; i < slots.size() && slots[i].symbole != ' '; ++i) {
+            if (slots[i].symbole != symbole || slots[i].drapeau != '1') continue;
+            const TableValeursRubriques v = b.RubriquesNote(p);
+            if (i < v.size())
+                return Joint({Conv_LibelleTag(slots[i].tag) + " :",
+                              Conv_DateLongue(v[i].jourMois), v[i].annee});
         }
+        return Trim(MentionDe(b, p).dates);
+    }
+
+    std::string LigneMot(std::uint32_t p, const std::string& texte) {
         return "<TR><TH><A HREF=\"i" + N(p) + ".htm\" TARGET=\"M\">" + EntiteHTML(b.NomComplet(p)) +
-               "</A></TH><TD>" + EntiteHTML(Trim(t)) + "</TD></TR>";
+               "</A></TH><TD>" + EntiteHTML(texte) + "</TD></TR>";
     }
 
     void TeteSimple(SortiePage& s, const std::string& t) {
@@ -432,8 +445,9 @@ struct EcrivainHTML::Etat {
     bool PagesRubrique(std::uint32_t k, std::uint32_t& premier) {
         const std::string r = b.LitRubrique(k);
         const char symbole = r.empty() ? ' ' : r[0];
+        const std::string tag = r.substr(r.empty() ? 0 : 1);
         SortiePage s(fs, Chemin("k" + N(k) + ".htm"));
-        TeteSimple(s, Conv_LibelleTag(r.substr(r.empty() ? 0 : 1)));
+        TeteSimple(s, Conv_LibelleTag(tag));
         const std::string mots = b.ListeRubrique(k);
         for (std::size_t i = 0; i + 4 <= mots.size(); i += 4) {
             if (Arret()) return false;
@@ -449,7 +463,7 @@ struct EcrivainHTML::Etat {
                 const std::uint32_t p = Unpack4(personnes, j);
                 if (!Vivante(p)) continue;
                 if (premier == 0) premier = p;
-                m.Ligne(LigneMot(p, symbole));
+                m.Ligne(LigneMot(p, TexteMot(p, symbole, tag, Trim(mot))));
             }
             PiedSimple(m);
             m.Valide();
@@ -523,10 +537,12 @@ struct EcrivainHTML::Etat {
         s.Ligne("<FRAME src=\"k1.htm\" name=\"R\">");
         s.Ligne("<FRAME src=\"k1_1.htm\" name=\"I\">");
         s.Ligne("</frameset>");
-        if (Vivante(w.personneAccueil)) premier = w.personneAccueil;
-        const std::string page = w.documentAccueil ? "d" + N(w.documentAccueil) + ".htm"
-                                 : premier         ? "i" + N(premier) + ".htm"
-                                                   : "";
+        // A person asked for opens the site before the home document.
+        const bool personne = Vivante(w.personneAccueil);
+        if (personne) premier = w.personneAccueil;
+        const std::string page = !personne && w.documentAccueil ? "d" + N(w.documentAccueil) + ".htm"
+                                 : premier ? "i" + N(premier) + ".htm"
+                                           : "";
         s.Ligne("<FRAME src=\"" + page + "\" name=\"M\">");
         s.Ligne("</frameset>");
         s.Ligne("</HTML>");
@@ -649,6 +665,7 @@ struct EcrivainHTML::Etat {
 EcrivainHTML::EcrivainHTML(Base& b, SystemeFichiers& fs, Interaction io)
     : e_(std::make_unique<Etat>(b, fs, std::move(io), *this)) {
     auteur = b.Params().auteur;
+    documentAccueil = b.Tete().documentTitre;
 }
 
 EcrivainHTML::~EcrivainHTML() = default;

@@ -37,10 +37,11 @@ class EcrivainHTML {
     std::string banniere = "Sylvane";
     // The META AUTHOR of the pages; none when empty.
     std::string auteur;
-    // The base's home document, 0 for none.
+    // The base's home document (its title document, which holds its
+    // e-mail address), 0 for none.
     std::uint32_t documentAccueil = 0;
-    // The person whose page opens the site's right frame when there is no
-    // home document; 0: the first person of the first word.
+    // The person whose page opens the site's right frame, before the home
+    // document; 0: the home document, or the first person of the first word.
     std::uint32_t personneAccueil = 0;
     OptionsFiche options;
 
