@@ -11,6 +11,7 @@
 #include "text/tags.h"
 #include "ui/frm_evenement.h"
 #include "ui/frm_misajour.h"
+#include "store/fichier.h"
 
 #include <gtest/gtest.h>
 
@@ -316,4 +317,111 @@ TEST_F(Famille, TheRepairGivesRolesToThePersonsOfOldCaptures) {
     EXPECT_FALSE(s.panneau.visible);
     // Nothing is left to correct.
     EXPECT_EQ(l.Rectification(), 0);
+}
+
+namespace {
+
+// Windows that make the document form as the program does: it takes the
+// demand waiting when it opens.
+struct FenetresDocuments : test::FenetresFausses {
+    std::vector<std::unique_ptr<FrmDesImage>> formes;
+    MDIForm1* f = nullptr;
+    void Ouvre(const std::string& nom) override {
+        test::FenetresFausses::Ouvre(nom);
+        const DemandeDocument& d = DocumentDemande();
+        if (nom.rfind("FrmDesImage", 0) == 0 && d.active)
+            formes.push_back(std::make_unique<FrmDesImage>(*f, d.document, d.origine));
+    }
+};
+
+struct Documents : Famille {
+    FenetresDocuments fen;
+    std::unique_ptr<MDIForm1> g;
+    void SetUp() override {
+        Famille::SetUp();
+        g = std::make_unique<MDIForm1>(
+            app, ServicesUi{s.boites, s.fichiers, s.panneau, fen, s.selecteur});
+        fen.f = g.get();
+    }
+    void TearDown() override { DefinitChoixDocument({}); }
+};
+
+} // namespace
+
+TEST_F(Documents, TheEventsDocumentsAreMadeChosenMovedViewedAndCut) {
+    // A new event is written before it takes a document; the new
+    // document's form is opened for it, and its save joins it to the event.
+    FrmDesEvt forme(*g, choix, 0, enfant);
+    forme.ChoisitType(Conv_LibelleTag("CHR"));
+    ASSERT_TRUE(forme.CmdCreationDoc());
+    const std::uint32_t e = forme.Numero();
+    ASSERT_NE(e, 0u);
+    ASSERT_EQ(fen.formes.size(), 1u);
+    FrmDesImage& nouveau = *fen.formes.back();
+    nouveau.intitule = "Acte de bapteme";
+    nouveau.fichier = "/d/acte.tga";
+    ASSERT_TRUE(nouveau.Enregistre());
+    const std::uint32_t acte = nouveau.Document();
+    EXPECT_EQ(b().DocEvtNo(e, 1), acte);
+
+    // An existing document from the picker, once only.
+    const std::uint32_t portrait = b().CreeDoc("Portrait", "/d/portrait.jpg", "");
+    DefinitChoixDocument([portrait](MDIForm1&) { return portrait; });
+    ASSERT_TRUE(forme.CmdNouveauDoc());
+    EXPECT_FALSE(forme.CmdNouveauDoc());
+    ASSERT_EQ(forme.Documents().size(), 2u);
+    EXPECT_EQ(forme.Documents()[0].numero, portrait);
+
+    // Moved within the list; the ends refuse.
+    EXPECT_FALSE(forme.CmdDocUp(0));
+    EXPECT_FALSE(forme.CmdDocDown(1));
+    ASSERT_TRUE(forme.CmdDocDown(0));
+    EXPECT_EQ(b().DocEvtNo(e, 1), acte);
+    EXPECT_EQ(b().DocEvtNo(e, 2), portrait);
+    EXPECT_EQ(forme.Documents()[1].numero, portrait);
+
+    // Viewing goes through the choice of a viewer: the scan is missing
+    // (700 and its form), the portrait is a picture.
+    ecrireTout(fs, "/d/portrait.jpg", "\xFF\xD8\xFF");
+    EXPECT_EQ(forme.CmdVisuImage(0), Visionneuse::Description);
+    EXPECT_EQ(s.boites.informations, std::vector<int>{700});
+    EXPECT_TRUE(fen.EstOuverte(FormulaireDocument("FrmDesImage", acte)));
+    EXPECT_EQ(forme.CmdVisuImage(1), Visionneuse::Image);
+    EXPECT_TRUE(fen.EstOuverte(FormulaireDocument("FrmImage", portrait)));
+    EXPECT_EQ(forme.CmdVisuImage(2), Visionneuse::Aucune);
+    ASSERT_TRUE(forme.CmdDesImage(1));
+    EXPECT_TRUE(fen.EstOuverte(FormulaireDocument("FrmDesImage", portrait)));
+
+    // Cut after 617: No keeps it, Yes cuts it from the event; the record stays.
+    EXPECT_FALSE(forme.CmdSuppDoc(1));
+    s.boites.reponses = {Reponse::Oui};
+    ASSERT_TRUE(forme.CmdSuppDoc(1));
+    EXPECT_EQ(b().DocEvtNo(e, 1), acte);
+    EXPECT_EQ(b().DocEvtNo(e, 2), 0u);
+    EXPECT_NE(b().PosDoc(portrait), 0u);
+    EXPECT_EQ(s.boites.questions, (std::vector<int>{617, 617}));
+    EXPECT_EQ(forme.Documents().size(), 1u);
+}
+
+TEST_F(Documents, ThePersonsDocumentsTakeTheSameCommands) {
+    const std::uint32_t acte = b().CreeDoc("Acte", "", "");
+    DocumentsDe docs(*g, OrigineDocument::Genre::Personne, [this] { return enfant; });
+    // No picker in this program: nothing happens.
+    EXPECT_FALSE(docs.CmdLstImage());
+    DefinitChoixDocument([acte](MDIForm1&) { return acte; });
+    ASSERT_TRUE(docs.CmdLstImage());
+    EXPECT_EQ(docs.Liste(), std::vector<std::uint32_t>{acte});
+    // A person's list moves on the sheet, not here.
+    EXPECT_FALSE(docs.CmdDocDown(0));
+    // A document with no file: 700, then its form.
+    EXPECT_EQ(docs.CmdVisuImage(0), Visionneuse::Description);
+    EXPECT_EQ(s.boites.informations, std::vector<int>{700});
+    ASSERT_TRUE(docs.CmdCreImage());
+    FrmDesImage& nouveau = *fen.formes.back();
+    nouveau.intitule = "Photo";
+    ASSERT_TRUE(nouveau.Enregistre());
+    EXPECT_EQ(docs.Liste(), (std::vector<std::uint32_t>{acte, nouveau.Document()}));
+    s.boites.reponses = {Reponse::Oui};
+    ASSERT_TRUE(docs.CmdSuppImage(0));
+    EXPECT_EQ(docs.Liste(), std::vector<std::uint32_t>{nouveau.Document()});
 }

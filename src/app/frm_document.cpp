@@ -9,9 +9,12 @@
 #include "text/rtf_ecriture.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QDesktopServices>
 #include <QDragEnterEvent>
 #include <QFontDatabase>
@@ -49,6 +52,36 @@ struct BureauQt : Bureau {
 };
 BureauQt bureauQt;
 const bool bureauPose = (DefinitBureau(&bureauQt), true);
+
+// `CmdLstImage`: the base's documents by title in a modal list; Enter or a
+// double click takes the row.
+std::uint32_t ChoisitDocumentQt(MDIForm1& f) {
+    if (f.base() == nullptr) return 0;
+    FrmLstImage liste(f);
+    QDialog d(QApplication::activeWindow());
+    d.setWindowTitle(M(msg_documents::CmdAjout).remove(QLatin1Char('&')));
+    auto* l = new QVBoxLayout(&d);
+    auto* modele = new ModeleDocuments(liste, &d);
+    auto* grille = new QTableView(&d);
+    grille->setModel(modele);
+    grille->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grille->setSelectionMode(QAbstractItemView::SingleSelection);
+    grille->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grille->verticalHeader()->hide();
+    grille->horizontalHeader()->setStretchLastSection(true);
+    grille->setColumnWidth(1, grille->fontMetrics().horizontalAdvance(QLatin1Char('x')) * 36);
+    if (modele->rowCount() > 0) grille->selectRow(0);
+    l->addWidget(grille);
+    auto* boutons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &d);
+    l->addWidget(boutons);
+    QObject::connect(boutons, &QDialogButtonBox::accepted, &d, &QDialog::accept);
+    QObject::connect(boutons, &QDialogButtonBox::rejected, &d, &QDialog::reject);
+    QObject::connect(grille, &QTableView::doubleClicked, &d, &QDialog::accept);
+    d.resize(620, 420);
+    if (d.exec() != QDialog::Accepted || !grille->currentIndex().isValid()) return 0;
+    return liste.DocumentLigne(static_cast<std::size_t>(grille->currentIndex().row()));
+}
+const bool choixPose = (DefinitChoixDocument(ChoisitDocumentQt), true);
 
 QPushButton* Bouton(QWidget* parent, QLayout* l) {
     auto* b = new QPushButton(parent);

@@ -387,12 +387,34 @@ FrmDesEvtQt::FrmDesEvtQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent),
     docs_->verticalHeader()->hide();
     docs_->horizontalHeader()->setStretchLastSection(true);
     gd->addWidget(docs_, 1);
-    QPushButton* voir = Bouton(documents, textes_, msg_evt::VoirDoc);
-    connect(voir, &QPushButton::clicked, this, [this] {
+    auto ligneDoc = [this] {
         const auto l = docs_->selectionModel()->selectedRows();
-        if (!l.isEmpty()) logique_->CmdVisuDoc(l.front().row());
-    });
-    gd->addWidget(voir, 0, Qt::AlignLeft);
+        return l.isEmpty() ? -1 : l.front().row();
+    };
+    auto* boutonsDoc = new QHBoxLayout;
+    const std::pair<int, std::function<void()>> commandesDoc[7] = {
+        {msg_evt::CreationDoc, [this] { logique_->CmdCreationDoc(); }},
+        {msg_evt::NouveauDoc, [this] { logique_->CmdNouveauDoc(); }},
+        {msg_evt::DesImage, [this, ligneDoc] { logique_->CmdDesImage(ligneDoc()); }},
+        {msg_evt::VoirDoc, [this, ligneDoc] { logique_->CmdVisuImage(ligneDoc()); }},
+        {msg_evt::SupLien, [this, ligneDoc] { logique_->CmdSuppDoc(ligneDoc()); }},
+        {msg_evt::Monter, [this, ligneDoc] {
+             const int r = ligneDoc();
+             if (logique_->CmdDocUp(r)) docs_->selectRow(r - 1);
+         }},
+        {msg_evt::Descendre, [this, ligneDoc] {
+             const int r = ligneDoc();
+             if (logique_->CmdDocDown(r)) docs_->selectRow(r + 1);
+         }}};
+    for (const auto& [n, action] : commandesDoc) {
+        QPushButton* b = Bouton(documents, textes_, n);
+        connect(b, &QPushButton::clicked, this, action);
+        boutonsDoc->addWidget(b);
+    }
+    boutonsDoc->addStretch();
+    connect(docs_, &QTableWidget::cellDoubleClicked, this,
+            [this](int r) { logique_->CmdVisuImage(r); });
+    gd->addLayout(boutonsDoc);
     onglets_->addTab(documents, QString());
 
     auto* commentaire = new QWidget;

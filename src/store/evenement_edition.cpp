@@ -244,18 +244,26 @@ void ChangeRole(Base& b, std::uint32_t e, std::uint32_t p, std::string_view role
     if (rang) b.MajEvts(p, static_cast<std::uint32_t>(rang), role, 'M');
 }
 
-bool EchangePersonnes(Base& b, std::uint32_t e, int i) {
-    std::string l = b.ListePersonnesEvt(e);
+namespace {
+
+// Swaps the entries i and i + 1 (from 1) of one of the event's two lists.
+bool EchangeDansListe(Base& b, std::uint32_t e, int i, bool personnes) {
+    std::string l = personnes ? b.ListePersonnesEvt(e) : b.ListeDocsEvt(e);
     if (i < 1 || static_cast<std::size_t>(i + 1) * 4 > l.size()) return false;
     const std::size_t o = static_cast<std::size_t>(i - 1) * 4;
     std::string a = l.substr(o, 4);
     l.replace(o, 4, l.substr(o + 4, 4));
     l.replace(o + 4, 4, a);
     TeteEvt t = b.LitTeteEvt(e);
-    t.personnes = b.Ajouter(l + Pack4(0));
+    (personnes ? t.personnes : t.documents) = b.Ajouter(l + Pack4(0));
     b.EcritTeteEvt(e, &t);
     return true;
 }
+
+} // namespace
+
+bool EchangePersonnes(Base& b, std::uint32_t e, int i) { return EchangeDansListe(b, e, i, true); }
+bool EchangeDocuments(Base& b, std::uint32_t e, int i) { return EchangeDansListe(b, e, i, false); }
 
 std::string RolesCreation(Base& b, std::uint32_t e, std::uint32_t n, bool enfants) {
     if (e == 0 || n == 0) return "";

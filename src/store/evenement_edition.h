@@ -77,6 +77,8 @@ void RetireRole(Base& b, std::uint32_t e, std::uint32_t p);
 void ChangeRole(Base& b, std::uint32_t e, std::uint32_t p, std::string_view role);
 // Swaps the persons at places i and i + 1 (from 1) of the event's list.
 bool EchangePersonnes(Base& b, std::uint32_t e, int i);
+// The same for the documents of the event.
+bool EchangeDocuments(Base& b, std::uint32_t e, int i);
 
 // The roles given at creation to the owner of an event: the first main role
 // of the type that fits the owner's sex; with "CHIL" the owner's father and

@@ -1,6 +1,7 @@
 #include "ui/frm_document.h"
 
 #include "exchange/image_entete.h"
+#include "store/evenement_edition.h"
 #include "store/pack.h"
 #include "text/messages.h"
 #include "text/mots.h"
@@ -13,6 +14,11 @@ namespace sylvane {
 namespace {
 
 Bureau* bureau = nullptr;
+// Set by the window layer while statics are made: made on first use.
+ChoixDocument& ChoixDoc() {
+    static ChoixDocument c;
+    return c;
+}
 std::uint64_t version = 0;
 
 std::string Barres(std::string s) {
@@ -67,6 +73,7 @@ template <class F> bool Contient(F no, std::uint32_t d) {
 } // namespace
 
 void DefinitBureau(Bureau* b) { bureau = b; }
+void DefinitChoixDocument(ChoixDocument choix) { ChoixDoc() = std::move(choix); }
 std::uint64_t VersionDocuments() { return version; }
 Bureau* BureauCourant() { return bureau; }
 
@@ -175,6 +182,105 @@ Visionneuse Visu_Document(MDIForm1& f, std::uint32_t d) {
     if (bureau && bureau->OuvreFichier(chemin)) return Visionneuse::Systeme;
     f.services().boites.Information(msg_documents::SansAssociation, fichier);
     return Visionneuse::Aucune;
+}
+
+// --- The documents of a person or an event ------------------------------------------------
+
+DocumentsDe::DocumentsDe(MDIForm1& f, OrigineDocument::Genre genre,
+                         std::function<std::uint32_t()> proprietaire)
+    : f_(f), genre_(genre), proprietaire_(std::move(proprietaire)) {}
+
+std::vector<std::uint32_t> DocumentsDe::Liste() {
+    std::vector<std::uint32_t> v;
+    Base* b = f_.base();
+    const std::uint32_t n = proprietaire_();
+    if (b == nullptr || n == 0) return v;
+    const bool evt = genre_ == OrigineDocument::Genre::Evenement;
+    for (int i = 1; i <= 200; ++i) {
+        const std::uint32_t d = evt ? b->DocEvtNo(n, i) : b->DocNo(n, i);
+        if (d == 0) break;
+        v.push_back(d);
+    }
+    return v;
+}
+
+std::uint32_t DocumentsDe::Rang(int rang) {
+    const std::vector<std::uint32_t> l = Liste();
+    return rang >= 0 && rang < static_cast<int>(l.size()) ? l[static_cast<std::size_t>(rang)] : 0;
+}
+
+// Every window reads the base again: the sheet, the event forms and the
+// lists of documents.
+void DocumentsDe::Apres() {
+    ++version;
+    f_.Aller(f_.PersonneEnCours());
+}
+
+OrigineDocument DocumentsDe::Origine(std::uint32_t n) {
+    MDIForm1* f = &f_;
+    // The form that saves may outlive this list: it holds the main window only.
+    return {genre_, n, [f](std::uint32_t) { f->Aller(f->PersonneEnCours()); }};
+}
+
+bool DocumentsDe::CmdCreImage() {
+    const std::uint32_t n = proprietaire_();
+    if (f_.base() == nullptr || n == 0 || f_.Occupe()) return false;
+    OuvreDescription(f_, 0, Origine(n));
+    return true;
+}
+
+bool DocumentsDe::CmdLstImage() {
+    Base* b = f_.base();
+    const std::uint32_t n = proprietaire_();
+    if (b == nullptr || n == 0 || f_.Occupe() || !ChoixDoc()) return false;
+    const std::uint32_t d = ChoixDoc()(f_);
+    if (d == 0 || b->PosDoc(d) == 0) return false;
+    const std::vector<std::uint32_t> l = Liste();
+    if (std::find(l.begin(), l.end(), d) != l.end()) return false;
+    if (genre_ == OrigineDocument::Genre::Evenement) b->MajDocsEvt(n, d, 'A');
+    else b->MajDocs(n, d, 'A');
+    Apres();
+    return true;
+}
+
+bool DocumentsDe::CmdDesImage(int rang) {
+    const std::uint32_t d = Rang(rang);
+    if (d == 0 || f_.Occupe()) return false;
+    OuvreDescription(f_, d, Origine(proprietaire_()));
+    return true;
+}
+
+bool DocumentsDe::CmdSuppImage(int rang) {
+    const std::uint32_t d = Rang(rang);
+    if (d == 0 || f_.Occupe()) return false;
+    if (f_.services().boites.Question(617) != Reponse::Oui) return false;
+    Base& b = *f_.base();
+    if (genre_ == OrigineDocument::Genre::Evenement) b.MajDocsEvt(proprietaire_(), d, 'S');
+    else b.MajDocs(proprietaire_(), d, 'S');
+    Apres();
+    return true;
+}
+
+Visionneuse DocumentsDe::CmdVisuImage(int rang) {
+    const std::uint32_t d = Rang(rang);
+    if (d == 0 || f_.Occupe()) return Visionneuse::Aucune;
+    return Visu_Document(f_, d);
+}
+
+bool DocumentsDe::CmdDocUp(int rang) {
+    if (genre_ != OrigineDocument::Genre::Evenement || f_.base() == nullptr || rang < 1 ||
+        f_.Occupe() || !EchangeDocuments(*f_.base(), proprietaire_(), rang))
+        return false;
+    Apres();
+    return true;
+}
+
+bool DocumentsDe::CmdDocDown(int rang) {
+    if (genre_ != OrigineDocument::Genre::Evenement || f_.base() == nullptr || rang < 0 ||
+        f_.Occupe() || !EchangeDocuments(*f_.base(), proprietaire_(), rang + 1))
+        return false;
+    Apres();
+    return true;
 }
 
 // --- FrmDesImage -----------------------------------------------------------------------

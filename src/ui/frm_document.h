@@ -118,6 +118,47 @@ bool EstAdresse(const std::string& fichier);
 enum class Visionneuse { Aucune, Description, Image, Texte, Navigateur, Systeme };
 Visionneuse Visu_Document(MDIForm1& f, std::uint32_t d);
 
+// The document picker of `CmdLstImage`: the base's documents by title,
+// modal; the chosen one, 0 when cancelled. The window layer sets it.
+using ChoixDocument = std::function<std::uint32_t(MDIForm1&)>;
+void DefinitChoixDocument(ChoixDocument choix);
+
+// The documents of a person (the sheet's `LstImage`) or of an event (the
+// event form's `GrdDocument`), first 200, and the commands on them:
+// `CmdCréImage`/`CmdCréationDoc`, `CmdLstImage`/`CmdNouveauDoc`,
+// `CmdDesImage`, `CmdSuppImage`/`CmdSuppDoc`, `CmdVisuImage` and, for an
+// event, `CmdDocUp`/`CmdDocDown`. After a change the windows are told
+// through the main window, as for any change of the base.
+class DocumentsDe {
+  public:
+    // `genre` is Personne or Evenement; the owner is read through
+    // `proprietaire` at each command (a new event gets its number late).
+    DocumentsDe(MDIForm1& f, OrigineDocument::Genre genre, std::function<std::uint32_t()> proprietaire);
+
+    std::vector<std::uint32_t> Liste();
+    // A new document in its form; its first save puts it in the list.
+    bool CmdCreImage();
+    // An existing document from the picker joins the list (once).
+    bool CmdLstImage();
+    // The form on the document of row `rang`.
+    bool CmdDesImage(int rang);
+    // Message 617, then the document leaves the list; its record stays.
+    bool CmdSuppImage(int rang);
+    Visionneuse CmdVisuImage(int rang);
+    // An event's list only: swaps row `rang` with its neighbour.
+    bool CmdDocUp(int rang);
+    bool CmdDocDown(int rang);
+
+  private:
+    std::uint32_t Rang(int rang);
+    OrigineDocument Origine(std::uint32_t n);
+    void Apres();
+
+    MDIForm1& f_;
+    OrigineDocument::Genre genre_;
+    std::function<std::uint32_t()> proprietaire_;
+};
+
 // --- FrmDesImage ---------------------------------------------------------------------
 
 class FrmDesImage {

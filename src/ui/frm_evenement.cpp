@@ -356,7 +356,8 @@ int RectifieLiens(Base& b, const std::function<bool(std::uint32_t)>& progres) {
 
 FrmDesEvt::FrmDesEvt(MDIForm1& f, ChoixFiche& choix, std::uint32_t evenement,
                      std::uint32_t proprietaire)
-    : f_(f), choix_(choix), e_(evenement), proprietaire_(proprietaire) {
+    : f_(f), choix_(choix), e_(evenement), proprietaire_(proprietaire),
+      documents_(f, OrigineDocument::Genre::Evenement, [this] { return e_; }) {
     Charge();
 }
 
@@ -394,7 +395,14 @@ void FrmDesEvt::Charge() {
 }
 
 void FrmDesEvt::Actualise() {
-    if (!pendant_) Charge();
+    if (!pendant_) {
+        Charge();
+        return;
+    }
+    // The changes typed stay; the persons and documents are those stored.
+    if (B() && e_ != 0 && B()->PosEvt(e_) == 0) e_ = 0;
+    ChargeListes();
+    Change();
 }
 
 void FrmDesEvt::ChargeListes() {
@@ -751,12 +759,31 @@ void FrmDesEvt::CmdTxtComment() {
     Change();
 }
 
-void FrmDesEvt::CmdVisuDoc(int rang) {
-    if (rang < 0 || rang >= static_cast<int>(docs_.size())) return;
-    Fenetres& fen = f_.services().fenetres;
-    const std::string nom =
-        "FrmDesImage:" + std::to_string(docs_[static_cast<std::size_t>(rang)].numero);
-    if (fen.Disponible(nom)) fen.Ouvre(nom);
+bool FrmDesEvt::CmdCreationDoc() {
+    if (!B() || f_.Occupe()) return false;
+    if (e_ == 0 && !CmdMaj()) return false;
+    return documents_.CmdCreImage();
 }
+
+bool FrmDesEvt::CmdNouveauDoc() {
+    if (!B() || f_.Occupe()) return false;
+    if (e_ == 0 && !CmdMaj()) return false;
+    return Documents(documents_.CmdLstImage());
+}
+
+// A change of the event's documents shows at once, whatever the window.
+bool FrmDesEvt::Documents(bool fait) {
+    if (fait) {
+        ChargeListes();
+        Change();
+    }
+    return fait;
+}
+
+bool FrmDesEvt::CmdSuppDoc(int rang) { return Documents(documents_.CmdSuppImage(rang)); }
+bool FrmDesEvt::CmdDesImage(int rang) { return documents_.CmdDesImage(rang); }
+Visionneuse FrmDesEvt::CmdVisuImage(int rang) { return documents_.CmdVisuImage(rang); }
+bool FrmDesEvt::CmdDocUp(int rang) { return Documents(documents_.CmdDocUp(rang)); }
+bool FrmDesEvt::CmdDocDown(int rang) { return Documents(documents_.CmdDocDown(rang)); }
 
 } // namespace sylvane

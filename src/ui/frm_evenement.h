@@ -11,6 +11,7 @@
 #include "store/evenement_edition.h"
 #include "store/liens.h"
 #include "ui/choix_fiche.h"
+#include "ui/frm_document.h"
 #include "ui/mdiform1.h"
 
 #include <array>
@@ -66,6 +67,9 @@ inline constexpr int NouvelEvt = 4188;    // the sheet's button for a new event
 inline constexpr int OuvrirEvt = 4189;    // the sheet's button on the selected event
 inline constexpr int ChoisirRole = 4190;  // a person added with no role chosen
 inline constexpr int Evenement = 4191;    // the sheet's buttons of its birth, death, marriage
+inline constexpr int CreationDoc = 4192;  // a new document for the event
+inline constexpr int NouveauDoc = 4193;   // an existing document
+inline constexpr int DesImage = 4194;     // the document's form
 } // namespace msg_evt
 
 // An event form asked for: the event (0 for a new one) and the person it is
@@ -246,8 +250,18 @@ class FrmDesEvt {
     bool CmdLienUp();
     bool CmdLienDown();
     void CmdTxtComment();
-    // The window of a document of the event, when this program has one.
-    void CmdVisuDoc(int rang);
+
+    // --- Documents of the event (`GrdDocument`) ------------------------------------------
+    // `CmdCréationDoc`: a new document for the event (a new event is
+    // written first); `CmdNouveauDoc`: an existing one from the picker.
+    bool CmdCreationDoc();
+    bool CmdNouveauDoc();
+    bool CmdSuppDoc(int rang);
+    bool CmdDesImage(int rang);
+    // `CmdVisuImage`: the viewer that fits the document.
+    Visionneuse CmdVisuImage(int rang);
+    bool CmdDocUp(int rang);
+    bool CmdDocDown(int rang);
 
   private:
     Base* B() { return f_.base(); }
@@ -260,6 +274,7 @@ class FrmDesEvt {
     void LiensFamille(std::uint32_t n, const std::string& role);
     DialogueLiens Dialogue();
     void RechargeFiche(std::uint32_t p);
+    bool Documents(bool fait);
 
     MDIForm1& f_;
     ChoixFiche& choix_;
@@ -272,6 +287,7 @@ class FrmDesEvt {
     int selection_ = -1;
     std::vector<LignePersonneEvt> personnes_;
     std::vector<LigneDocEvt> docs_;
+    DocumentsDe documents_;
     std::string vide_;
 };
 
