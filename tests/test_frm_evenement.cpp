@@ -425,3 +425,55 @@ TEST_F(Documents, ThePersonsDocumentsTakeTheSameCommands) {
     ASSERT_TRUE(docs.CmdSuppImage(0));
     EXPECT_EQ(docs.Liste(), std::vector<std::uint32_t>{nouveau.Document()});
 }
+
+TEST_F(Famille, ARubricThatIsAnEventTypeOpensItsEventOrMakesItFromTheRow) {
+    // A new base's rubrics: occupation (no type of event), christening and
+    // burial for persons, divorce for marriages.
+    f->personneFiche = enfant;
+    FrmMisajour fiche(*f, choix);
+    ASSERT_EQ(fiche.RubriquesPersonne().size(), 3u);
+    EXPECT_FALSE(RubriqueEvenement(*f, fiche, false, 0));
+    EXPECT_FALSE(CmdRubEvt(*f, fiche, false, 0));
+    ASSERT_TRUE(RubriqueEvenement(*f, fiche, false, 1));
+    EXPECT_FALSE(RubriqueEvenement(*f, fiche, false, 7));
+    EXPECT_FALSE(MarqueRubEvt(*f, fiche, false, 1));
+
+    // The christening is made from the row as typed, not yet validated.
+    fiche.Modifie(Champ::IndJ, "5/4", 1);
+    fiche.Quitte(Champ::IndJ, 1);
+    fiche.Modifie(Champ::IndA, "1850", 1);
+    fiche.Modifie(Champ::IndL, "Caen", 1);
+    ASSERT_TRUE(CmdRubEvt(*f, fiche, false, 1));
+    const std::uint32_t e = EvenementPrincipal(b(), enfant, "CHR");
+    ASSERT_NE(e, 0u);
+    EXPECT_EQ(b().DateEvt(e), JourSerie({5, 4, 1850}));
+    EXPECT_EQ(b().LieuEvt(e), "Caen");
+    EXPECT_EQ(Roles(e), (Paires{{pere, "FATH"}, {mere, "MOTH"}, {enfant, "CHIL"}}));
+    EXPECT_EQ(s.fenetres.numeros.back(), (std::pair<std::string, std::uint32_t>{"FrmDesEvt", e}));
+    EXPECT_TRUE(MarqueRubEvt(*f, fiche, false, 1));
+    // Pressed again, it opens the same event.
+    ASSERT_TRUE(CmdRubEvt(*f, fiche, false, 1));
+    EXPECT_EQ(s.fenetres.numeros.back().second, e);
+
+    // A day that is no date refuses with 931 and makes nothing.
+    fiche.Modifie(Champ::IndJ, "45/3", 2);
+    fiche.Modifie(Champ::IndA, "1900", 2);
+    EXPECT_FALSE(CmdRubEvt(*f, fiche, false, 2));
+    EXPECT_EQ(s.boites.informations, std::vector<int>{931});
+    EXPECT_EQ(EvenementPrincipal(b(), enfant, "BURI"), 0u);
+
+    // A marriage rubric works on the marriage selected: none, nothing.
+    f->personneFiche = pere;
+    FrmMisajour conjoint(*f, choix);
+    ASSERT_EQ(conjoint.RubriquesMariage().size(), 1u);
+    conjoint.SelectionneMariage(-1);
+    EXPECT_FALSE(CmdRubEvt(*f, conjoint, true, 0));
+    conjoint.SelectionneMariage(0);
+    EXPECT_FALSE(MarqueRubEvt(*f, conjoint, true, 0));
+    ASSERT_TRUE(CmdRubEvt(*f, conjoint, true, 0));
+    const std::uint32_t m = b().Mariages(pere).front();
+    const std::uint32_t div = EvenementMariage(b(), pere, m, "DIV");
+    ASSERT_NE(div, 0u);
+    EXPECT_EQ(Roles(div), (Paires{{pere, "HUSB"}, {mere, "WIFE"}}));
+    EXPECT_TRUE(MarqueRubEvt(*f, conjoint, true, 0));
+}

@@ -516,6 +516,12 @@ void FrmMisajourQt::Rubriques() {
                 g->addWidget(l, i, 0);
                 for (int k = 0; k < 3; ++k) g->addWidget(e[k], i, k + 1);
                 g->addWidget(choix, i, 4);
+                // CmdIndEvt / CmdMarEvt: the rubric's event, for a rubric that is a type.
+                auto* ev = new QToolButton(cadre);
+                ev->setObjectName(QStringLiteral("CmdEvt%1").arg(i));
+                connect(ev, &QToolButton::clicked, this,
+                        [this, i, mariage] { CmdRubEvt(c_.logique, *logique_, mariage, i); });
+                g->addWidget(ev, i, 5);
                 g->setColumnStretch(3, 1);
                 champs.push_back(e);
             }
@@ -527,6 +533,10 @@ void FrmMisajourQt::Rubriques() {
             const auto& e = champs[static_cast<std::size_t>(i)];
             e[0]->setVisible(r.date);
             e[1]->setVisible(r.date);
+            auto* ev = static_cast<QToolButton*>(g->itemAtPosition(i, 5)->widget());
+            ev->setVisible(RubriqueEvenement(c_.logique, *logique_, mariage, i));
+            ev->setText(M(msg_evt::Evenement) +
+                        (MarqueRubEvt(c_.logique, *logique_, mariage, i) ? M(849) : QString()));
             const std::string* v[3] = {&r.jour, &r.annee, &r.lieu};
             for (int k = 0; k < 3; ++k)
                 if (A(e[k]->text()) != *v[k]) e[k]->setText(Q(*v[k]));

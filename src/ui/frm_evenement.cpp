@@ -84,35 +84,80 @@ std::uint32_t MariageFiche(MDIForm1& f, const FrmMisajour& fiche) {
 
 } // namespace
 
-bool CmdEvFiche(MDIForm1& f, FrmMisajour& fiche, const std::string& tag) {
+namespace {
+
+// What a sheet's event button asks for: the tag, the day, year and place
+// typed on the sheet, and the marriage for a marriage's event.
+struct EvtDeFiche {
+    std::string tag, jour, annee, lieu;
+    bool mariage = false;
+};
+
+bool OuvreEvtFiche(MDIForm1& f, FrmMisajour& fiche, const EvtDeFiche& d) {
     const std::uint32_t n = fiche.Personne();
     if (!f.base() || n == 0 || f.Occupe()) return false;
-    std::uint32_t e = 0;
-    if (tag == "MARR") {
-        const std::uint32_t m = MariageFiche(f, fiche);
-        if (m == 0) return false;
-        e = EvenementDeFiche(f, n, tag, fiche.Valeur(Champ::JMar), fiche.Valeur(Champ::Dmar),
-                             fiche.Valeur(Champ::LieuMar), m);
-    } else {
-        const bool naissance = tag == "BIRT";
-        e = EvenementDeFiche(f, n, tag, fiche.Valeur(naissance ? Champ::JNaiss : Champ::JDeces),
-                             fiche.Valeur(naissance ? Champ::Naiss : Champ::Deces),
-                             fiche.Valeur(naissance ? Champ::LieuNaiss : Champ::LieuDeces));
-    }
+    const std::uint32_t m = d.mariage ? MariageFiche(f, fiche) : 0;
+    if (d.mariage && m == 0) return false;
+    const std::uint32_t e = EvenementDeFiche(f, n, d.tag, d.jour, d.annee, d.lieu, m);
     if (e == 0) return false;
     f.Aller(f.PersonneEnCours());
     return OuvreEvenement(f, e, n);
 }
 
-bool MarqueEvFiche(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag) {
+bool MarqueEvt(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag, bool mariage) {
     Base* b = f.base();
     const std::uint32_t n = fiche.Personne();
     if (!b || n == 0) return false;
-    if (tag == "MARR") {
+    if (mariage) {
         const std::uint32_t m = MariageFiche(f, fiche);
         return m && EvenementMariage(*b, n, m, tag);
     }
     return EvenementPrincipal(*b, n, tag) != 0;
+}
+
+const RangRubrique* Rubrique(const FrmMisajour& fiche, bool mariage, int rang) {
+    const auto& rangs = mariage ? fiche.RubriquesMariage() : fiche.RubriquesPersonne();
+    return rang >= 0 && rang < static_cast<int>(rangs.size()) ? &rangs[static_cast<std::size_t>(rang)]
+                                                               : nullptr;
+}
+
+} // namespace
+
+bool CmdEvFiche(MDIForm1& f, FrmMisajour& fiche, const std::string& tag) {
+    if (tag == "MARR")
+        return OuvreEvtFiche(f, fiche, {tag, fiche.Valeur(Champ::JMar), fiche.Valeur(Champ::Dmar),
+                                        fiche.Valeur(Champ::LieuMar), true});
+    const bool naissance = tag == "BIRT";
+    return OuvreEvtFiche(f, fiche,
+                         {tag, fiche.Valeur(naissance ? Champ::JNaiss : Champ::JDeces),
+                          fiche.Valeur(naissance ? Champ::Naiss : Champ::Deces),
+                          fiche.Valeur(naissance ? Champ::LieuNaiss : Champ::LieuDeces), false});
+}
+
+bool MarqueEvFiche(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag) {
+    return MarqueEvt(f, fiche, tag, tag == "MARR");
+}
+
+bool RubriqueEvenement(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang) {
+    const RangRubrique* r = Rubrique(fiche, mariage, rang);
+    Base* b = f.base();
+    if (!b || !r || r->tag.empty()) return false;
+    for (const GenreEvt& g : b->Temoins().genres)
+        if (g.tag == r->tag) return true;
+    return false;
+}
+
+bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang) {
+    if (!RubriqueEvenement(f, fiche, mariage, rang)) return false;
+    const RangRubrique& r = *Rubrique(fiche, mariage, rang);
+    // A rubric without a date gives its place only.
+    return OuvreEvtFiche(f, fiche,
+                         {r.tag, r.date ? r.jour : "", r.date ? r.annee : "", r.lieu, mariage});
+}
+
+bool MarqueRubEvt(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang) {
+    return RubriqueEvenement(f, fiche, mariage, rang) &&
+           MarqueEvt(f, fiche, Rubrique(fiche, mariage, rang)->tag, mariage);
 }
 
 std::function<void(std::uint32_t, const std::string&, const std::string&, const std::string&)>

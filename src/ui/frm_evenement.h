@@ -99,6 +99,13 @@ class FrmMisajour;
 bool CmdEvFiche(MDIForm1& f, FrmMisajour& fiche, const std::string& tag);
 // The mark on such a button: the event exists.
 bool MarqueEvFiche(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag);
+// A rubric row of the sheet whose tag is a type of the table of events
+// has its own event button: `CmdIndEvt` for a person rubric, `CmdMarEvt`
+// for a marriage rubric (on the selected marriage). The event is that of
+// the rubric's tag, made first from the row's day, year and place.
+bool RubriqueEvenement(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang);
+bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang);
+bool MarqueRubEvt(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang);
 // The sheet's hook for an event that disagrees with it: the form on that
 // event takes the sheet's date and place and is validated, then shown.
 std::function<void(std::uint32_t, const std::string&, const std::string&, const std::string&)>
