@@ -329,6 +329,23 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     gl->addWidget(lblDocs, 7, 0, 1, 2);
     gl->addWidget(docs_, 8, 0, 1, 2);
     auto* bd = new QHBoxLayout;
+    // CmdCréImage, CmdLstImage, CmdSuppImage, CmdDesImage, CmdVisuImage on
+    // the person's documents.
+    auto docs = [this] {
+        return DocumentsDe(c_.logique, OrigineDocument::Genre::Personne,
+                           [this] { return logique_->Personne(); });
+    };
+    connect(docs_, &QTableWidget::cellDoubleClicked, this,
+            [this, docs](int r) { docs().CmdVisuImage(r); });
+    for (QPushButton* b :
+         {bouton(msg_fiche::Creer, li, [docs] { docs().CmdCreImage(); }),
+          bouton(msg_fiche::Chercher, li, [docs] { docs().CmdLstImage(); }),
+          bouton(msg_fiche::Couper, li, [this, docs] { docs().CmdSuppImage(Ligne(docs_)); }),
+          bouton(msg_evt::FicheDesImage, li, [this, docs] { docs().CmdDesImage(Ligne(docs_)); }),
+          bouton(msg_evt::FicheVisuImage, li, [this, docs] { docs().CmdVisuImage(Ligne(docs_)); })}) {
+        bd->addWidget(b);
+        horsCreation_.push_back(b);
+    }
     for (QPushButton* b : {bouton(msg_fiche::Monter, li, [this] { logique_->CmdImgUp(Ligne(docs_)); }),
                            bouton(msg_fiche::Descendre, li,
                                   [this] { logique_->CmdImgDown(Ligne(docs_)); })}) {

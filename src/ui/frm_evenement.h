@@ -70,6 +70,8 @@ inline constexpr int Evenement = 4191;    // the sheet's buttons of its birth, d
 inline constexpr int CreationDoc = 4192;  // a new document for the event
 inline constexpr int NouveauDoc = 4193;   // an existing document
 inline constexpr int DesImage = 4194;     // the document's form
+inline constexpr int FicheDesImage = 4195; // the same on the sheet
+inline constexpr int FicheVisuImage = 4196; // the sheet's view of a document
 } // namespace msg_evt
 
 // An event form asked for: the event (0 for a new one) and the person it is
