@@ -123,6 +123,14 @@ TEST_F(Figures, CompteursHistogrammesEtDecennies) {
     const Statistiques l = Tout({fils, fille});
     EXPECT_EQ(l.Personnes(), 2u);
     EXPECT_EQ(l.deuxParents, 2u);
+    // A person the list names twice counts twice, with its lists and marriages.
+    const Statistiques d = Tout({pere, fille, pere});
+    EXPECT_EQ(d.hommes, 2u);
+    EXPECT_EQ(d.enfantsHommes[3], 2u);
+    EXPECT_EQ(d.mariagesHommes[1], 2u);
+    EXPECT_EQ(d.moisMariage[5], 2u);
+    EXPECT_EQ(d.decennies[185].vie.somme, 120);
+    EXPECT_EQ(d.decennies[185].agePere.somme, 35); // the daughter's father, read once
 }
 
 TEST_F(Figures, DeuxCentCinquanteEnfantsDansLeDernierSeau) {

@@ -123,7 +123,10 @@ std::string Base::Lire(std::uint32_t position, std::size_t n) {
     const std::uint64_t debut = position - 1;
     if (fenetre_.empty() || debut < debutFenetre_ ||
         debut + n > debutFenetre_ + fenetre_.size()) {
-        const bool suite = debut >= finLue_ && debut - finLue_ <= kLectureGroupee;
+        // A text read by a chunk longer than itself runs over the next
+        // text: a read that starts inside the last one and ends beyond it
+        // goes on through the file too.
+        const bool suite = debut + n > finLue_ && debut <= finLue_ + kLectureGroupee;
         finLue_ = debut + n;
         if (!suite) return fichier_->lire(debut, n);
         fenetre_ = fichier_->lire(debut, kFenetre);
