@@ -139,6 +139,27 @@ TEST_F(VerbesParente, CousinsAndTheirFiles) {
     r = LanceCli({"cousins", base, "9", "11"});
     EXPECT_EQ(r.statut, 1);
     EXPECT_NE(r.err.find("aucun cousinage"), std::string::npos);
+
+    // A page per person, named after it, and the ranking of the tables.
+    const auto pages = dossier / "pages", tables = dossier / "tables";
+    std::filesystem::create_directories(pages);
+    std::filesystem::create_directories(tables);
+    r = LanceCli(
+        {"cousins", base, "6", "8", "11", "--pages", pages.string(), "--tables", tables.string()});
+    ASSERT_EQ(r.statut, 0) << r.err;
+    for (const auto& d : {pages, tables}) {
+        EXPECT_TRUE(std::filesystem::exists(d / "Etienne.Lebrun.htm"));
+        EXPECT_TRUE(std::filesystem::exists(d / "Isidore.Lebrun.htm"));
+        EXPECT_TRUE(std::filesystem::exists(d / "Sylvane.css"));
+    }
+    std::ifstream txt(tables / "Tableau.txt");
+    std::string premiere;
+    std::getline(txt, premiere);
+    EXPECT_EQ(premiere, "Lebrun (Etienne);Etienne.Lebrun.htm;Etienne Lebrun;1;1\r");
+    // A folder that is a file: a clear error, nothing half written.
+    r = LanceCli({"cousins", base, "6", "8", "--pages", base});
+    EXPECT_NE(r.statut, 0);
+    EXPECT_FALSE(r.err.empty());
 }
 
 TEST_F(VerbesParente, BranchOutlines) {

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <memory>
 
 using namespace sylvane;
@@ -27,9 +28,19 @@ struct Selection : ::testing::Test {
     std::uint32_t A, B, C, D, E, F, G, H, X;
 
     void SetUp() override {
-        DefinitMessages({{768, "Descendants de &1"}, {592, "Parents"}, {579, "Conjoints"},
-                         {666, "Enfants"}, {910, "Freres"}, {4500, "Ascendance de &1"},
-                         {589, "Trop :"}, {590, "254 au plus."}});
+        DefinitMessages({{768, "Descendants de &1"},
+                         {760, "Generation "},
+                         {764, "fils de &1"},
+                         {765, "fille de &1"},
+                         {769, "conjoint : &1"},
+                         {570, "Le"},
+                         {592, "Parents"},
+                         {579, "Conjoints"},
+                         {666, "Enfants"},
+                         {910, "Freres"},
+                         {4500, "Ascendance de &1"},
+                         {589, "Trop :"},
+                         {590, "254 au plus."}});
         app.Demarre();
         app.NouvelleBase("/d/famille.sv2");
         f = std::make_unique<MDIForm1>(
@@ -164,7 +175,7 @@ TEST_F(Selection, CousinageRowsShownSortedRemovedWritten) {
     deux[0].lieu = "rouen";
     deux[1].lieu = "caen";
     deux[1].cle = "0#" + std::to_string(G) + "#garbage#" + std::to_string(G) + "#";
-    FrmParenteAsc a(*f, {deux, r.Comparaison(), r.Sujets()});
+    FrmParenteAsc a(*f, {deux, r.Comparaison(), r.Sujets(), r.Selection()});
     a.CmdTriLieu();
     EXPECT_EQ(a.Lignes()[0].lieu, "caen");
     // The key of a row makes the graph's list: the couple then its
@@ -200,6 +211,144 @@ TEST_F(Selection, BranchWindows) {
     app.definitPersonneEnCours(0);
     FrmBranche vide(*f, true);
     EXPECT_FALSE(vide.Outline());
+}
+
+// The pages of "Spécial cousinages": one per selected person, named after
+// it, each holding the couples where that person's line meets another's.
+TEST_F(Selection, SpecialCousinagesWriteAPagePerPerson) {
+    FrmRechAscendant r(*f);
+    r.Ajoute(H);
+    r.Ajoute(X);
+    // A name that can't stand as it is in a file name, and a namesake.
+    const std::uint32_t Y = P("Aubert/..", "Yves", 'H', "1930");
+    const std::uint32_t Z = P("Aubert/..", "Yves", 'H', "1931");
+    r.Ajoute(Y);
+    r.Ajoute(Z);
+    const std::string d = app.parametres().DossierTravail();
+    s.panneau.textes.clear();
+    const auto pages = r.CmdSpecial();
+    ASSERT_TRUE(pages);
+    ASSERT_EQ(pages->size(), 5u);
+    EXPECT_FALSE(s.panneau.visible);
+    EXPECT_EQ(s.boites.informations.back(), msg_parente::PagesEcrites);
+    EXPECT_NE(std::find(s.panneau.textes.begin(), s.panneau.textes.end(),
+                        "Analyse Ascendance " + b().NomComplet(H)),
+              s.panneau.textes.end());
+    std::vector<std::string> noms;
+    for (const PageCousinage& p : *pages) {
+        EXPECT_EQ(p.fichier.find_first_of(" /\\"), std::string::npos) << p.fichier;
+        EXPECT_TRUE(fs.existe(d + p.fichier)) << p.fichier;
+        noms.push_back(p.fichier);
+        const std::size_t attendu = p.personne == F || p.personne == H ? 1 : 0;
+        EXPECT_EQ(p.cousinages, attendu) << p.fichier;
+    }
+    std::sort(noms.begin(), noms.end());
+    EXPECT_EQ(std::unique(noms.begin(), noms.end()), noms.end())
+        << "namesakes get pages of their own";
+    // The blanks of the name become dots.
+    std::string attendu = b().NomComplet(F);
+    std::replace(attendu.begin(), attendu.end(), ' ', '.');
+    const std::string pageF = lireTout(fs, d + attendu + ".htm");
+    EXPECT_NE(pageF.find("<TITLE>Cousinages "), std::string::npos);
+    EXPECT_NE(pageF.find("* " + b().NomComplet(F)), std::string::npos) << "F alone is the subject";
+    EXPECT_EQ(pageF.find("* " + b().NomComplet(H)), std::string::npos);
+    EXPECT_NE(pageF.find(b().NomComplet(H)), std::string::npos);
+    EXPECT_TRUE(fs.existe(d + "Sylvane.css"));
+
+    // Stopped at once: no result, no box.
+    s.boites.informations.clear();
+    s.panneau.arretApres = 0;
+    EXPECT_FALSE(r.CmdSpecial());
+    EXPECT_TRUE(s.boites.informations.empty());
+}
+
+// "Tableaux": a page per selected person with what it shares with each
+// other one, and the ranking of all in "Tableau.htm" and "Tableau.txt".
+TEST_F(Selection, CousinageTablesRankThePersons) {
+    FrmRechAscendant r(*f);
+    r.Ajoute(H);
+    r.Ajoute(X);
+    const auto lignes = r.CmdAscComMult();
+    ASSERT_TRUE(lignes);
+    FrmParenteAsc a(*f, {*lignes, r.Comparaison(), r.Sujets(), r.Selection()});
+    std::string ouverte;
+    a.ouvreNavigateur = [&](const std::string& p) { ouverte = p; };
+    s.boites.reponses = {Reponse::Oui};
+    const auto pages = a.CmdCousinage();
+    ASSERT_TRUE(pages);
+    ASSERT_EQ(pages->size(), 3u);
+    const std::string d = app.parametres().DossierTravail();
+    EXPECT_EQ(ouverte, d + "Tableau.htm");
+    const std::string page = lireTout(fs, d + (*pages)[2].fichier);
+    ASSERT_EQ((*pages)[2].personne, F);
+    EXPECT_NE(page.find("<H3>1 Cousinages <BR>"), std::string::npos);
+    EXPECT_NE(page.find("<TR><TD>" + b().NomComplet(H) + "</TD><TH>1</TH></TR>"),
+              std::string::npos);
+    const std::string tableau = lireTout(fs, d + "Tableau.htm");
+    EXPECT_NE(tableau.find("Classement des Cousinages"), std::string::npos);
+    // H and F share the first rank, X comes third.
+    const std::string txt = lireTout(fs, d + "Tableau.txt");
+    EXPECT_LT(txt.find(b().LitNom(H) + " (" + b().LitPrenom(H) + ")"), txt.find("Xavier (Xeno)"));
+    EXPECT_NE(txt.find(";1;1\r\n"), std::string::npos);
+    EXPECT_NE(
+        txt.find("Xavier (Xeno);" + (*pages)[0].fichier + ";" + b().NomComplet(X) + ";0;3\r\n"),
+        std::string::npos);
+    EXPECT_NE(tableau.find("<A HREF=\"" + (*pages)[0].fichier + "\">"), std::string::npos);
+}
+
+// The graph's reports list it level by level with its links; the branch
+// prints its open lines on as many pages as they take.
+TEST_F(Selection, GraphReportsAndBranchPrinting) {
+    FrmParenteVisu v(*f, DemandeGraphe{{A, B, F, H}, 'A', 10});
+    ASSERT_TRUE(v.Charge());
+    s.fichiers.chemins = {std::string("/d/g/graphe.htm"), std::string("/d/g/graphe.rtf")};
+    ASSERT_TRUE(v.EcritHtml());
+    ASSERT_TRUE(v.EcritRtf());
+    const std::string htm = lireTout(fs, "/d/g/graphe.htm");
+    EXPECT_TRUE(fs.existe("/d/g/Sylvane.css"));
+    EXPECT_LT(htm.find("Generation 1"), htm.find("Generation 3"));
+    EXPECT_LT(htm.find(b().NomDates(A)), htm.find(b().NomDates(F)));
+    EXPECT_NE(htm.find("fils de <A HREF=\"#i" + std::to_string(C) + "\">"), std::string::npos);
+    EXPECT_NE(htm.find("conjoint : <A HREF=\"#i" + std::to_string(B) + "\">"), std::string::npos);
+    const std::string rtf = lireTout(fs, "/d/g/graphe.rtf");
+    EXPECT_EQ(rtf.rfind("{\\rtf1", 0), 0u);
+    EXPECT_NE(rtf.find("fille de " + b().NomComplet(D)), std::string::npos);
+
+    // A line of forebears long enough for two pages.
+    std::uint32_t bas = F;
+    for (int i = 0; i < 90; ++i) {
+        const std::uint32_t pere = P("Ancetre", "Jean", 'H', "1700");
+        b().EcritPere(bas, pere);
+        b().MajEnfants(pere, bas, 'A');
+        bas = pere;
+    }
+    FrmBranche br(*f, false);
+    br.Developpe(0, 100);
+    const auto doc = br.Impression();
+    ASSERT_TRUE(doc);
+    EXPECT_EQ(doc->titre, br.Titre());
+    struct Pages : Surface {
+        std::vector<std::vector<std::string>> textes;
+        const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
+        void DebutPage(int, int, double, double) override { textes.emplace_back(); }
+        void FinPage() override {}
+        void Trait(double, double, double, double, Plume) override {}
+        void Boite(double, double, double, double, std::int32_t) override {}
+        void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
+            textes.back().emplace_back(t);
+        }
+    } surface;
+    EXPECT_EQ(doc->dessine(surface), FinPages::Termine);
+    ASSERT_GE(surface.textes.size(), 2u);
+    const auto& une = surface.textes[0];
+    EXPECT_NE(std::find(une.begin(), une.end(), br.Titre()), une.end())
+        << "the caption heads the page";
+    EXPECT_NE(std::find(une.begin(), une.end(), br.Outline()->Lignes()[1]), une.end());
+    const auto& fin = surface.textes.back();
+    EXPECT_NE(std::find(fin.begin(), fin.end(), br.Outline()->Lignes().back()), fin.end());
+    EXPECT_NE(std::find(surface.textes[1].begin(), surface.textes[1].end(), br.Titre()),
+              surface.textes[1].end())
+        << "each page under the caption";
 }
 
 } // namespace

@@ -1,9 +1,12 @@
 #include "app/frm_parente.h"
 
+#include "app/frm_impression.h"
 #include "app/texte_qt.h"
 #include "text/messages.h"
 #include "ui/frm_listes.h"
 
+#include <QBuffer>
+#include <QDesktopServices>
 #include <QDir>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -21,6 +24,7 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QTreeWidget>
+#include <QUrl>
 #include <QVBoxLayout>
 
 namespace sylvane {
@@ -94,6 +98,11 @@ QColor Couleur(std::int32_t bgr) {
     return QColor(bgr & 0xFF, (bgr >> 8) & 0xFF, (bgr >> 16) & 0xFF);
 }
 
+// A page just written, in the user's browser.
+void OuvrePage(const std::string& page) {
+    QDesktopServices::openUrl(QUrl::fromLocalFile(CheminQt(page)));
+}
+
 // Opens a new graph window on what a search or a row found.
 void OuvreGraphe(ContexteQt& c, const std::optional<DemandeGraphe>& d) {
     if (!d) return;
@@ -122,6 +131,7 @@ FrmRechAscendantQt::FrmRechAscendantQt(ContexteQt& c, QWidget* parent)
     cmdDescCom_ = Bouton(this);
     cmdFiliation_ = Bouton(this);
     cmdMultiple_ = Bouton(this);
+    cmdSpecial_ = Bouton(this);
 
     auto* boutons = new QVBoxLayout;
     boutons->addWidget(cmdRechercher_);
@@ -131,7 +141,7 @@ FrmRechAscendantQt::FrmRechAscendantQt(ContexteQt& c, QWidget* parent)
     gen->addWidget(lblGenerations_);
     gen->addWidget(generations_);
     boutons->addLayout(gen);
-    for (QPushButton* b : {cmdAscCom_, cmdDescCom_, cmdFiliation_, cmdMultiple_})
+    for (QPushButton* b : {cmdAscCom_, cmdDescCom_, cmdFiliation_, cmdMultiple_, cmdSpecial_})
         boutons->addWidget(b);
     boutons->addStretch(1);
     auto* gauche = new QVBoxLayout;
@@ -165,9 +175,11 @@ FrmRechAscendantQt::FrmRechAscendantQt(ContexteQt& c, QWidget* parent)
     connect(cmdMultiple_, &QPushButton::clicked, this, [this] {
         auto lignes = logique_.CmdAscComMult();
         if (!lignes) return;
-        CousinagesTransmis() = {std::move(*lignes), logique_.Comparaison(), logique_.Sujets()};
+        CousinagesTransmis() = {std::move(*lignes), logique_.Comparaison(), logique_.Sujets(),
+                                logique_.Selection()};
         c_.logique.services().fenetres.OuvreNumero("FrmParenteAsc", 0);
     });
+    connect(cmdSpecial_, &QPushButton::clicked, this, [this] { logique_.CmdSpecial(); });
     Retraduit();
     resize(720, 400);
 }
@@ -189,6 +201,7 @@ void FrmRechAscendantQt::Retraduit() {
     cmdDescCom_->setText(M(kDescCom));
     cmdFiliation_->setText(M(kFiliation));
     cmdMultiple_->setText(M(kMultiple));
+    cmdSpecial_->setText(M(msg_parente::Speciaux));
     grille_->setHorizontalHeaderLabels({MT(msg_listes::ColNom), MT(msg_listes::ColDates),
                                         QStringLiteral("*")});
     grille_->setToolTip(MT(kMarqueAide));
@@ -211,7 +224,7 @@ void FrmRechAscendantQt::Montre() {
     const bool base = c_.logique.base() != nullptr;
     cmdRechercher_->setEnabled(base);
     cmdEcarter_->setEnabled(!g.empty());
-    for (QPushButton* b : {cmdAscCom_, cmdDescCom_, cmdFiliation_, cmdMultiple_})
+    for (QPushButton* b : {cmdAscCom_, cmdDescCom_, cmdFiliation_, cmdMultiple_, cmdSpecial_})
         b->setEnabled(base && !g.empty());
 }
 
@@ -401,6 +414,9 @@ FrmParenteVisuQt::FrmParenteVisuQt(ContexteQt& c, QWidget* parent)
     graphe_ = Bouton(this);
     imprimer_ = Bouton(this);
     pdf_ = Bouton(this);
+    image_ = Bouton(this);
+    rtf_ = Bouton(this);
+    html_ = Bouton(this);
     // Ctrl+- and Ctrl++ beside the buttons' own letters.
     connect(new QShortcut(QKeySequence::ZoomOut, this), &QShortcut::activated, reduire_, &QPushButton::click);
     connect(new QShortcut(QKeySequence::ZoomIn, this), &QShortcut::activated, agrandir_, &QPushButton::click);
@@ -413,8 +429,8 @@ FrmParenteVisuQt::FrmParenteVisuQt(ContexteQt& c, QWidget* parent)
     auto* haut = new QHBoxLayout;
     for (QPushButton* b : {reduire_, agrandir_, graphe_}) haut->addWidget(b);
     haut->addStretch(1);
-    haut->addWidget(imprimer_);
-    haut->addWidget(pdf_);
+    for (QPushButton* b : {imprimer_, pdf_, image_, rtf_, html_})
+        haut->addWidget(b);
     auto* l = new QVBoxLayout(this);
     l->addLayout(haut);
     l->addWidget(refus_);
@@ -436,6 +452,16 @@ FrmParenteVisuQt::FrmParenteVisuQt(ContexteQt& c, QWidget* parent)
             c_.logique.app().parametres().DossierTravail() + (b ? b->Chemins().titre : "") + ".pdf");
         if (chemin) SauvePdf(*chemin);
     });
+    connect(image_, &QPushButton::clicked, this, [this] {
+        Base* b = c_.logique.base();
+        const auto chemin = c_.logique.services().fichiers.Enregistrer(
+            msg_parente::Image, "Format BMP (*.bmp) |*.bmp|",
+            c_.logique.app().parametres().DossierTravail() + (b ? b->Chemins().titre : "") +
+                ".bmp");
+        if (chemin) SauveImage(*chemin);
+    });
+    connect(rtf_, &QPushButton::clicked, this, [this] { logique_->EcritRtf(); });
+    connect(html_, &QPushButton::clicked, this, [this] { logique_->EcritHtml(); });
     Retraduit();
     resize(900, 600);
     // The graph is built once the window stands, under the progress panel.
@@ -464,6 +490,9 @@ void FrmParenteVisuQt::Retraduit() {
     graphe_->setText(M(kGraphe));
     imprimer_->setText(M(kImprimer));
     pdf_->setText(M(kPdf));
+    image_->setText(M(msg_parente::Image));
+    rtf_->setText(M(kRtf));
+    html_->setText(M(kHtml));
     Montre();
 }
 
@@ -483,7 +512,11 @@ void FrmParenteVisuQt::Montre() {
     refus_->setVisible(refus.has_value());
     if (refus) refus_->setText(Q(*refus));
     const bool dessin = logique_->Graphe() && !refus;
-    for (QPushButton* b : {reduire_, agrandir_, graphe_, imprimer_, pdf_}) b->setEnabled(dessin);
+    for (QPushButton* b : {reduire_, agrandir_, graphe_, imprimer_, pdf_, image_})
+        b->setEnabled(dessin);
+    // The reports are text: a graph too big to draw still lists.
+    for (QPushButton* b : {rtf_, html_})
+        b->setEnabled(logique_->Graphe() != nullptr);
     if (toile_) toile_->Ajuste();
 }
 
@@ -538,6 +571,44 @@ bool FrmParenteVisuQt::SauvePdf(const std::string& chemin) {
     }
 }
 
+bool FrmParenteVisuQt::SauveImage(const std::string& chemin) {
+    if (!toile_ || !logique_->Graphe() || logique_->Refus()) return false;
+    // The canvas at a zoom that keeps the picture within its bounds.
+    const double zoom = toile_->zoom;
+    const QSize taille = toile_->size();
+    const double reduit = std::min(1.0, static_cast<double>(kCoteImage) /
+                                            std::max({taille.width(), taille.height(), 1}));
+    if (reduit < 1.0) {
+        toile_->zoom = zoom * reduit;
+        toile_->Ajuste();
+    }
+    QImage im(toile_->size(), QImage::Format_RGB32);
+    bool ok = !im.isNull();
+    if (ok) {
+        im.fill(Qt::white);
+        toile_->render(&im);
+    }
+    if (reduit < 1.0) {
+        toile_->zoom = zoom;
+        toile_->Ajuste();
+    }
+    QByteArray octets;
+    QBuffer tampon(&octets);
+    tampon.open(QIODevice::WriteOnly);
+    ok = ok && im.save(&tampon, "BMP");
+    try {
+        if (!ok) throw ErreurES(chemin, "image impossible");
+        EcritureAtomique f(c_.logique.app().fs(), chemin);
+        f.Sortie().ecrire(
+            0, std::string_view(octets.constData(), static_cast<std::size_t>(octets.size())));
+        f.Valide();
+    } catch (const std::exception& e) {
+        c_.logique.services().boites.Texte(e.what());
+        return false;
+    }
+    return true;
+}
+
 void FrmParenteVisuQt::Imprime() {
     if (!logique_->Graphe() || logique_->Refus()) return;
     QPrinter imprimante(QPrinter::HighResolution);
@@ -570,8 +641,11 @@ FrmParenteAscQt::FrmParenteAscQt(ContexteQt& c, QWidget* parent)
     cmdEcarter_ = Bouton(this);
     cmdTriLieu_ = Bouton(this);
     cmdHtml_ = Bouton(this);
+    cmdTableaux_ = Bouton(this);
+    logique_.ouvreNavigateur = OuvrePage;
     auto* boutons = new QVBoxLayout;
-    for (QPushButton* b : {cmdAfficher_, cmdEcarter_, cmdTriLieu_, cmdHtml_}) boutons->addWidget(b);
+    for (QPushButton* b : {cmdAfficher_, cmdEcarter_, cmdTriLieu_, cmdHtml_, cmdTableaux_})
+        boutons->addWidget(b);
     boutons->addStretch(1);
     auto* gauche = new QVBoxLayout;
     gauche->addWidget(comparaison_);
@@ -594,6 +668,7 @@ FrmParenteAscQt::FrmParenteAscQt(ContexteQt& c, QWidget* parent)
         Montre();
     });
     connect(cmdHtml_, &QPushButton::clicked, this, [this] { logique_.CmdHtml(); });
+    connect(cmdTableaux_, &QPushButton::clicked, this, [this] { logique_.CmdCousinage(); });
     Retraduit();
     resize(860, 480);
 }
@@ -606,6 +681,7 @@ void FrmParenteAscQt::Retraduit() {
     cmdEcarter_->setText(M(kEcarter));
     cmdTriLieu_->setText(M(kTriLieu));
     cmdHtml_->setText(M(kHtml));
+    cmdTableaux_->setText(M(msg_parente::Tableaux));
     QStringList noms;
     if (Base* b = c_.logique.base())
         for (const QString& n : Q(logique_.Comparaison()).split(QLatin1Char('/'), Qt::SkipEmptyParts))
@@ -631,7 +707,8 @@ void FrmParenteAscQt::Montre() {
     grille_->resizeRowsToContents();
     if (!lignes.empty()) grille_->selectRow(std::clamp(courante, 0, static_cast<int>(lignes.size()) - 1));
     nbCous_->setText(QString::number(lignes.size()) + MT(kCousinages));
-    for (QPushButton* b : {cmdAfficher_, cmdEcarter_, cmdHtml_}) b->setEnabled(!lignes.empty());
+    for (QPushButton* b : {cmdAfficher_, cmdEcarter_, cmdHtml_, cmdTableaux_})
+        b->setEnabled(!lignes.empty());
 }
 
 // --- FrmBrancheAsc, FrmBrancheDesc -------------------------------------------------------
@@ -656,6 +733,7 @@ FrmBrancheQt::FrmBrancheQt(ContexteQt& c, bool descendante, QWidget* parent)
     cmdEcarter_ = Bouton(this);
     cmdMaj_ = Bouton(this);
     cmdAutre_ = Bouton(this);
+    cmdImprimer_ = Bouton(this);
     cmdRtf_ = Bouton(this);
     cmdHtml_ = Bouton(this);
     auto* boutons = new QVBoxLayout;
@@ -665,6 +743,7 @@ FrmBrancheQt::FrmBrancheQt(ContexteQt& c, bool descendante, QWidget* parent)
     boutons->addLayout(niv);
     for (QPushButton* b : {cmdDevelopper_, cmdEcarter_, cmdMaj_, cmdAutre_}) boutons->addWidget(b);
     boutons->addSpacing(12);
+    boutons->addWidget(cmdImprimer_);
     boutons->addWidget(cmdRtf_);
     boutons->addWidget(cmdHtml_);
     boutons->addStretch(1);
@@ -711,6 +790,8 @@ FrmBrancheQt::FrmBrancheQt(ContexteQt& c, bool descendante, QWidget* parent)
     connect(arbre_, &QTreeWidget::itemActivated, this, [this, personne] {
         if (const std::uint32_t p = personne()) c_.logique.Aller(p);
     });
+    logique_.ouvreNavigateur = OuvrePage;
+    connect(cmdImprimer_, &QPushButton::clicked, this, [this] { Imprime(); });
     connect(cmdRtf_, &QPushButton::clicked, this, [this] { logique_.EcritRtf(); });
     connect(cmdHtml_, &QPushButton::clicked, this, [this] { logique_.EcritHtml(); });
     Retraduit();
@@ -729,8 +810,22 @@ void FrmBrancheQt::Retraduit() {
     cmdEcarter_->setText(M(kEcarter));
     cmdMaj_->setText(M(kFiche));
     cmdAutre_->setText(M(descendante_ ? kVersAscendants : kVersDescendants));
+    cmdImprimer_->setText(M(kImprimer));
     cmdRtf_->setText(M(kRtf));
     cmdHtml_->setText(M(kHtml));
+}
+
+void FrmBrancheQt::Imprime() {
+    auto d = logique_.Impression();
+    if (!d || c_.logique.Occupe()) return;
+    // The preview, unless the print settings go straight to the printer.
+    if (ReglagesCourants().apercu) {
+        ApercuTransmis() = std::move(*d);
+        c_.logique.services().fenetres.Ouvre("FrmPrevisualisation");
+        return;
+    }
+    QPrinter imprimante(QPrinter::HighResolution);
+    if (ChoisitImprimante(imprimante, this)) ImprimeDocument(imprimante, metrique_, d->dessine);
 }
 
 std::size_t FrmBrancheQt::NoeudCourant() {
@@ -765,7 +860,8 @@ void FrmBrancheQt::AjouteEnfants(QTreeWidgetItem* item, std::size_t noeud) {
 void FrmBrancheQt::Remplit() {
     arbre_->clear();
     Branche* b = logique_.Outline();
-    for (QPushButton* p : {cmdDevelopper_, cmdEcarter_, cmdMaj_, cmdAutre_, cmdRtf_, cmdHtml_})
+    for (QPushButton* p :
+         {cmdDevelopper_, cmdEcarter_, cmdMaj_, cmdAutre_, cmdImprimer_, cmdRtf_, cmdHtml_})
         p->setEnabled(b != nullptr);
     if (!b) return;
     QTreeWidgetItem* racine = Element(0);

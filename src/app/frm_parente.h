@@ -35,6 +35,7 @@ class FrmRechAscendantQt : public FormulaireQt {
     QTableWidget* grille() const { return grille_; }
     QPushButton* cmdAscCom() const { return cmdAscCom_; }
     QPushButton* cmdMultiple() const { return cmdMultiple_; }
+    QPushButton* cmdSpecial() const { return cmdSpecial_; }
 
   protected:
     void keyPressEvent(QKeyEvent* e) override;
@@ -50,7 +51,7 @@ class FrmRechAscendantQt : public FormulaireQt {
     QTableWidget* grille_;
     QSpinBox* generations_;
     QPushButton *cmdRechercher_, *cmdEcarter_, *cmdAscCom_, *cmdDescCom_, *cmdFiliation_,
-        *cmdMultiple_;
+        *cmdMultiple_, *cmdSpecial_;
 };
 
 // The graph drawn box by box at the zoom; a click on a box asks for its
@@ -95,6 +96,9 @@ class FrmParenteVisuQt : public FormulaireQt {
     // The pop-up of a node as it is offered, for the tests.
     QMenu* Menu(std::size_t noeud);
     bool SauvePdf(const std::string& chemin);
+    // The drawing as a BMP picture, at most kCoteImage pixels a side.
+    bool SauveImage(const std::string& chemin);
+    static constexpr int kCoteImage = 12000;
 
   private:
     void Charge(DemandeGraphe d);
@@ -104,7 +108,7 @@ class FrmParenteVisuQt : public FormulaireQt {
     ContexteQt& c_;
     std::unique_ptr<FrmParenteVisu> logique_;
     MetriqueQt metrique_;
-    QPushButton *reduire_, *agrandir_, *graphe_, *imprimer_, *pdf_;
+    QPushButton *reduire_, *agrandir_, *graphe_, *imprimer_, *pdf_, *image_, *rtf_, *html_;
     QLabel* refus_;
     QScrollArea* defile_;
     ToileParente* toile_ = nullptr;
@@ -120,6 +124,7 @@ class FrmParenteAscQt : public FormulaireQt {
     FrmParenteAsc& logique() { return logique_; }
     QTableWidget* grille() const { return grille_; }
     QPushButton* cmdAfficher() const { return cmdAfficher_; }
+    QPushButton* cmdTableaux() const { return cmdTableaux_; }
 
   private:
     void Montre();
@@ -128,7 +133,7 @@ class FrmParenteAscQt : public FormulaireQt {
     FrmParenteAsc logique_;
     QLabel *comparaison_, *nbCous_;
     QTableWidget* grille_;
-    QPushButton *cmdAfficher_, *cmdEcarter_, *cmdTriLieu_, *cmdHtml_;
+    QPushButton *cmdAfficher_, *cmdEcarter_, *cmdTriLieu_, *cmdHtml_, *cmdTableaux_;
 };
 
 class FrmBrancheQt : public FormulaireQt {
@@ -141,9 +146,11 @@ class FrmBrancheQt : public FormulaireQt {
     QTreeWidget* arbre() const { return arbre_; }
     // The node of an item, or of the current one; npos for none.
     std::size_t NoeudCourant();
+    QPushButton* cmdImprimer() const { return cmdImprimer_; }
 
   private:
     void Remplit();
+    void Imprime();
     void AjouteEnfants(QTreeWidgetItem* item, std::size_t noeud);
     QTreeWidgetItem* Element(std::size_t noeud);
 
@@ -153,7 +160,9 @@ class FrmBrancheQt : public FormulaireQt {
     QTreeWidget* arbre_;
     QLabel* lblNiveaux_;
     QSpinBox* niveaux_;
-    QPushButton *cmdDevelopper_, *cmdEcarter_, *cmdMaj_, *cmdAutre_, *cmdRtf_, *cmdHtml_;
+    QPushButton *cmdDevelopper_, *cmdEcarter_, *cmdMaj_, *cmdAutre_, *cmdImprimer_, *cmdRtf_,
+        *cmdHtml_;
+    MetriqueQt metrique_;
 };
 
 } // namespace sylvane

@@ -110,7 +110,7 @@ std::span<const Verbe> Verbes() {
               VerbeRelationship},
         Verbe{"cousins",
               "cousins BASE.sv2 N M [N...] [--generations G] [--subject N]... [--files DOSSIER] "
-              "[--progress]",
+              "[--pages DOSSIER] [--tables DOSSIER] [--progress]",
               VerbeCousins},
         Verbe{"branch", "branch BASE.sv2 N --asc|--desc [--depth D] [--rtf OUT.rtf] [--html OUT.htm]",
               VerbeBranch},

@@ -157,7 +157,7 @@ int VerbeRelationship(const Arguments& args, std::ostream& out, std::ostream& er
 }
 
 int VerbeCousins(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {"generations", "subject", "files"}, {"progress"});
+    Options o(args, {"generations", "subject", "files", "pages", "tables"}, {"progress"});
     if (o.positionnels().size() < 3)
         throw ErreurUsage{"cousins attend une base et au moins deux num\xC3\xA9ros de personne"};
     Session s(err);
@@ -175,11 +175,24 @@ int VerbeCousins(const Arguments& args, std::ostream& out, std::ostream& err) {
     Cousinages c(b);
     c.Analyse(selection, generations, Panneau(err, o.a("progress")));
     const std::vector<LigneCousinage> lignes = c.Lignes();
-    if (o.a("files")) {
-        std::string dossier = Chemin(o.valeur("files"));
-        if (!dossier.empty() && dossier.back() != '/') dossier += '/';
-        EcritFichiersCousinage(systemeReel(), dossier, lignes);
+    auto dossier = [&o](const char* option) {
+        std::string d = Chemin(o.valeur(option));
+        if (!d.empty() && d.back() != '/') d += '/';
+        return d;
+    };
+    if (o.a("files")) EcritFichiersCousinage(systemeReel(), dossier("files"), lignes);
+    std::vector<std::uint32_t> personnes, sujets;
+    for (const Selectionne& x : selection) {
+        personnes.push_back(x.personne);
+        if (x.sujet) sujets.push_back(x.personne);
     }
+    // The pages of each person alone against the others, and the tables
+    // of this analysis with their ranking.
+    if (o.a("pages"))
+        CousinagesEnPages(b, systemeReel(), dossier("pages"), personnes, generations,
+                          Panneau(err, o.a("progress")));
+    if (o.a("tables"))
+        TableauxCousinages(b, systemeReel(), dossier("tables"), lignes, personnes, sujets);
     if (lignes.empty()) err << "aucun cousinage\n";
     for (const LigneCousinage& l : lignes) {
         nlohmann::json j;

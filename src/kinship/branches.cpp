@@ -4,21 +4,13 @@
 
 #include "kinship/parente.h"
 #include "publish/html_texte.h"
+#include "publish/rtf_rapports.h"
 
 namespace sylvane {
 namespace {
 
 // Marriages of the father scanned for the one with the mother.
 constexpr int kMariagesPere = 100;
-
-std::string EchappeRtf(const std::string& t) {
-    std::string r;
-    for (char c : t) {
-        if (c == '\\' || c == '{' || c == '}') r += '\\';
-        r += c;
-    }
-    return r;
-}
 
 } // namespace
 
@@ -194,9 +186,9 @@ std::vector<std::string> Branche::Lignes() const {
 
 std::string Branche::Rtf(const std::string& titre) const {
     std::string r = "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\r\n";
-    r += "{\\plain \\f0\\fs24\\b " + EchappeRtf(titre) + "}{ \\plain \\f0\\fs16 \\par }\r\n";
+    r += "{\\plain \\f0\\fs24\\b " + EchappeRTF(titre) + "}{ \\plain \\f0\\fs16 \\par }\r\n";
     for (const std::string& l : Lignes())
-        r += "{\\plain \\f0\\fs16 " + EchappeRtf(l) + "}{ \\plain \\f0\\fs16 \\par }\r\n";
+        r += "{\\plain \\f0\\fs16 " + EchappeRTF(l) + "}{ \\plain \\f0\\fs16 \\par }\r\n";
     return r + "}\r\n";
 }
 
@@ -227,9 +219,7 @@ void Branche::Html(std::size_t i, std::string& r) const {
 }
 
 std::string Branche::Html(const std::string& titre) const {
-    std::string r = "<HTML><HEAD><TITLE>" + EntiteHTML(titre) +
-                    "</TITLE><LINK REL=\"stylesheet\" HREF=\"Sylvane.css\"></HEAD><BODY>\r\n<H2>" +
-                    EntiteHTML(titre) + "</H2>\r\n<UL>\r\n";
+    std::string r = EnteteHTMLSimple(titre) + "<H2>" + EntiteHTML(titre) + "</H2>\r\n<UL>\r\n";
     Html(0, r);
     return r + "</UL>\r\n</BODY></HTML>\r\n";
 }

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <string_view>
 
 namespace sylvane {
 
@@ -205,9 +206,8 @@ void EcritFichiersCousinage(SystemeFichiers& fs, const std::string& dossier,
 
 std::string PageCousinages(Base& b, const std::string& nom,
                            const std::vector<LigneCousinage>& lignes,
-                           const std::vector<std::uint32_t>& sujets) {
-    std::string r = "<HTML><HEAD><TITLE>Cousinages " + EntiteHTML(nom) +
-                    "</TITLE><LINK REL=\"stylesheet\" HREF=\"Sylvane.css\"></HEAD><BODY>\r\n";
+                           const std::vector<std::uint32_t>& sujets, const std::string& suite) {
+    std::string r = EnteteHTMLSimple("Cousinages " + nom);
     r += "<H2>" + EntiteHTML(nom) + "</H2>\r\n";
     r += "<TABLE BORDER=1 WIDTH=\"100%\" COLS=4 class=\"defaut\">\r\n";
     for (const LigneCousinage& l : lignes) {
@@ -223,7 +223,127 @@ std::string PageCousinages(Base& b, const std::string& nom,
         }
         r += "</UL></TD></TR>\r\n";
     }
-    return r + "</TABLE></BODY></HTML>\r\n";
+    return r + "</TABLE>\r\n" + suite + "</BODY></HTML>\r\n";
+}
+
+namespace {
+
+void EcritFichier(SystemeFichiers& fs, const std::string& chemin, const std::string& texte) {
+    EcritureAtomique f(fs, chemin);
+    f.Sortie().ecrire(0, texte);
+    f.Valide();
+}
+
+bool Contient(const std::vector<std::uint32_t>& v, std::uint32_t p) {
+    return std::find(v.begin(), v.end(), p) != v.end();
+}
+
+// A page's file names stay well below what a file system takes.
+constexpr std::size_t kNomPageMax = 120;
+
+} // namespace
+
+std::string NomPageCousinages(Base& b, std::uint32_t personne, std::vector<std::string>& pris) {
+    std::string nom = Trim(b.NomComplet(personne));
+    if (nom.size() > kNomPageMax) nom.resize(kNomPageMax);
+    for (char& c : nom) {
+        const auto u = static_cast<unsigned char>(c);
+        if (c == ' ')
+            c = '.';
+        else if (u < 32 || u == 127 ||
+                 std::string_view("/\\:*?\"<>|").find(c) != std::string_view::npos)
+            c = '_';
+    }
+    if (nom.find_first_not_of('.') == std::string::npos) nom = std::to_string(personne);
+    if (std::find(pris.begin(), pris.end(), CleMot(nom)) != pris.end())
+        nom += "." + std::to_string(personne);
+    pris.push_back(CleMot(nom));
+    return nom + ".htm";
+}
+
+std::optional<std::vector<PageCousinage>>
+CousinagesEnPages(Base& b, SystemeFichiers& fs, const std::string& dossier,
+                  const std::vector<std::uint32_t>& selection, int generations,
+                  const Interaction& io) {
+    std::vector<PageCousinage> pages;
+    std::vector<std::string> pris;
+    EcritFeuilleStyle(b, fs, dossier);
+    Interaction muet;
+    muet.arret = io.arret;
+    Cousinages c(b);
+    for (std::uint32_t p : selection) {
+        if (io.Arrete()) return std::nullopt;
+        const std::string nom = b.NomComplet(p);
+        io.Montre({}, "Analyse Ascendance " + nom);
+        std::vector<Selectionne> sel;
+        for (std::uint32_t q : selection)
+            sel.push_back({q, q == p});
+        if (!c.Analyse(sel, generations, muet)) return std::nullopt;
+        const std::vector<LigneCousinage> lignes = c.Lignes();
+        PageCousinage page{p, NomPageCousinages(b, p, pris), lignes.size()};
+        EcritFichier(fs, dossier + page.fichier, PageCousinages(b, nom, lignes, {p}));
+        pages.push_back(std::move(page));
+    }
+    return pages;
+}
+
+std::vector<PageCousinage> TableauxCousinages(Base& b, SystemeFichiers& fs,
+                                              const std::string& dossier,
+                                              const std::vector<LigneCousinage>& lignes,
+                                              const std::vector<std::uint32_t>& personnes,
+                                              const std::vector<std::uint32_t>& sujets) {
+    std::vector<PageCousinage> pages;
+    std::vector<std::string> pris;
+    EcritFeuilleStyle(b, fs, dossier);
+    for (std::uint32_t p : personnes) {
+        const std::string nom = b.NomComplet(p);
+        std::vector<LigneCousinage> siennes;
+        for (const LigneCousinage& l : lignes)
+            if (Contient(l.personnes, p)) siennes.push_back(l);
+        // Under the rows: how many of them each other person shares.
+        std::string resume = "<H3>" + std::to_string(siennes.size()) + " Cousinages <BR>" +
+                             EntiteHTML(nom) + "</H3>\r\n" +
+                             "<CENTER><TABLE BORDER=1 WIDTH=\"70%\" COLS=2 class=\"defaut\">\r\n";
+        for (std::uint32_t q : personnes) {
+            if (q == p) continue;
+            const auto n =
+                std::count_if(siennes.begin(), siennes.end(),
+                              [q](const LigneCousinage& l) { return Contient(l.personnes, q); });
+            if (n)
+                resume += "<TR><TD>" + EntiteHTML(b.NomComplet(q)) + "</TD><TH>" +
+                          std::to_string(n) + "</TH></TR>\r\n";
+        }
+        resume += "</TABLE></CENTER>\r\n";
+        PageCousinage page{p, NomPageCousinages(b, p, pris), siennes.size()};
+        EcritFichier(fs, dossier + page.fichier, PageCousinages(b, nom, siennes, sujets, resume));
+        pages.push_back(std::move(page));
+    }
+
+    // The ranking: the most cousinages first, equal counts sharing a rank.
+    std::vector<PageCousinage> rangees = pages;
+    std::stable_sort(
+        rangees.begin(), rangees.end(),
+        [](const PageCousinage& x, const PageCousinage& y) { return x.cousinages > y.cousinages; });
+    const std::string titre = "Classement des Cousinages";
+    std::string htm = EnteteHTMLSimple(titre) + "<H2>" + titre +
+                      "</H2>\r\n<TABLE BORDER=1 WIDTH=\"100%\" COLS=4 class=\"defaut\">\r\n";
+    std::string txt;
+    std::size_t rang = 0;
+    for (std::size_t i = 0; i < rangees.size(); ++i) {
+        const PageCousinage& pg = rangees[i];
+        if (i == 0 || pg.cousinages != rangees[i - 1].cousinages) rang = i + 1;
+        const std::string tete = b.LitNom(pg.personne) + " (" + b.LitPrenom(pg.personne) + ")";
+        const std::string nom = b.NomComplet(pg.personne);
+        htm += "<TR><TH>" + EntiteHTML(tete) + "</TH><TD><A HREF=\"" + EntiteHTML(pg.fichier) +
+               "\">" + EntiteHTML(nom) + "</A></TD><TD><CENTER>" + std::to_string(pg.cousinages) +
+               "</CENTER></TD><TD>" + std::to_string(rang) + "</TD></TR>\r\n";
+        txt += tete + ";" + pg.fichier + ";" + nom + ";" + std::to_string(pg.cousinages) + ";" +
+               std::to_string(rang) + "\r\n";
+    }
+    htm += "</TABLE></BODY></HTML>\r\n";
+    EcritFichier(fs, dossier + "Tableau.htm", htm);
+    EcritFichier(fs, dossier + "Tableau.txt", txt);
+    return pages;
 }
 
 std::string ListeCousinsJs(Base& b, const std::vector<std::uint32_t>& personnes) {

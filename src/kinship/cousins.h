@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -83,10 +84,43 @@ void EcritFichiersCousinage(SystemeFichiers& fs, const std::string& dossier,
                             const std::vector<LigneCousinage>& lignes);
 
 // The page of a person's cousinages: heading, then a table row per line;
-// `sujets` are marked "*" among the persons of a row.
+// `sujets` are marked "*" among the persons of a row. `suite` (HTML) stands
+// after the table.
 std::string PageCousinages(Base& b, const std::string& nom,
                            const std::vector<LigneCousinage>& lignes,
-                           const std::vector<std::uint32_t>& sujets);
+                           const std::vector<std::uint32_t>& sujets, const std::string& suite = {});
+
+// The file of a person's page: the name with blanks as "." and ".htm".
+// What a file name can't hold becomes "_"; a nameless person gets its
+// number; a name already in `pris` gets "." and the number behind it.
+std::string NomPageCousinages(Base& b, std::uint32_t personne, std::vector<std::string>& pris);
+
+// A page written for a person, and the count of cousinages in it.
+struct PageCousinage {
+    std::uint32_t personne = 0;
+    std::string fichier; // the name, without the folder
+    std::size_t cousinages = 0;
+};
+
+// `CousinagesEnPages`: for each selected person in turn, the analysis with
+// that person alone as the subject against all the others, written as its
+// page in `dossier` (with its final separator), "Sylvane.css" beside. The
+// panel shows "Analyse Ascendance " and the name. Empty when the user
+// stopped (the pages already written stay). Throws ErreurES.
+std::optional<std::vector<PageCousinage>>
+CousinagesEnPages(Base& b, SystemeFichiers& fs, const std::string& dossier,
+                  const std::vector<std::uint32_t>& selection, int generations,
+                  const Interaction& io = {});
+
+// `CmdCousinage` ("Tableaux"): of the rows of one analysis, a page for each
+// of `personnes` with the rows it stands in and, under them, how many it
+// shares with each other person; then "Tableau.htm" and "Tableau.txt", the
+// persons ranked by their count. Throws ErreurES.
+std::vector<PageCousinage> TableauxCousinages(Base& b, SystemeFichiers& fs,
+                                              const std::string& dossier,
+                                              const std::vector<LigneCousinage>& lignes,
+                                              const std::vector<std::uint32_t>& personnes,
+                                              const std::vector<std::uint32_t>& sujets);
 
 // "ListeCousins.js": the selected persons sorted by first names and name.
 std::string ListeCousinsJs(Base& b, const std::vector<std::uint32_t>& personnes);

@@ -3,6 +3,8 @@
 #include "kinship/parente.h"
 
 #include "charts/gabarit.h"
+#include "publish/html_texte.h"
+#include "publish/rtf_rapports.h"
 #include "text/messages.h"
 
 #include <algorithm>
@@ -558,6 +560,89 @@ Geometrie GrapheParente::EcritGabarit(SystemeFichiers& fs, const std::string& ch
                       noeuds_[i].personne);
     g.Termine();
     return geo;
+}
+
+// --- The graph as a report -------------------------------------------------------------
+
+std::vector<EntreeGraphe> EntreesGraphe(Base& b, const GrapheParente& g) {
+    std::vector<EntreeGraphe> r;
+    const auto& noeuds = g.Noeuds();
+    for (std::size_t n : g.Rang()) {
+        if (n == 0 || n > noeuds.size()) continue;
+        const GrapheParente::Noeud& x = noeuds[n - 1];
+        EntreeGraphe e;
+        e.niveau = g.Niveau(n);
+        e.personne = x.personne;
+        e.nom = b.NomDates(x.personne);
+        const std::string sexe = b.LitSexe(x.personne);
+        const int modele = sexe == "H" ? 764 : sexe == "F" ? 765 : 766;
+        for (std::size_t parent : {x.pere, x.mere})
+            if (parent) e.liens.push_back({modele, noeuds[parent - 1].personne});
+        for (const auto& [u, v] : g.LiensMariage())
+            if (u == n || v == n) e.liens.push_back({769, noeuds[(u == n ? v : u) - 1].personne});
+        r.push_back(std::move(e));
+    }
+    std::stable_sort(r.begin(), r.end(), [](const EntreeGraphe& x, const EntreeGraphe& y) {
+        return x.niveau < y.niveau;
+    });
+    return r;
+}
+
+std::string EnteteHTMLSimple(const std::string& titre) {
+    return "<HTML><HEAD><META http-equiv=\"Content-Type\" content=\"text/html; "
+           "charset=windows-1252\">\r\n<TITLE>" +
+           EntiteHTML(titre) + "</TITLE><LINK REL=\"stylesheet\" HREF=\"Sylvane.css\"></HEAD><BODY>\r\n";
+}
+
+void EcritFeuilleStyle(Base& b, SystemeFichiers& fs, const std::string& dossier) {
+    EcritureAtomique f(fs, dossier + "Sylvane.css");
+    f.Sortie().ecrire(0, FeuilleStyle(b.Params()));
+    f.Valide();
+}
+
+std::string RtfGraphe(Base& b, const GrapheParente& g, const std::string& titre) {
+    const std::string par = "}{ \\plain \\f0\\fs16 \\par }\r\n";
+    std::string r = "{\\rtf1\\ansi\\ansicpg1252\\deff0{\\fonttbl{\\f0\\fswiss Arial;}}\r\n";
+    r += "{\\plain \\f0\\fs24\\b " + EchappeRTF(titre) + par;
+    int niveau = 0;
+    for (const EntreeGraphe& e : EntreesGraphe(b, g)) {
+        if (e.niveau != niveau) {
+            niveau = e.niveau;
+            r +=
+                "{\\plain \\f0\\fs20\\b " + EchappeRTF(Message(760) + std::to_string(niveau)) + par;
+        }
+        r += "{\\plain \\f0\\fs16\\b " + EchappeRTF(e.nom) + par;
+        for (const EntreeGraphe::Lien& l : e.liens)
+            r += "{\\plain \\f0\\fs16 \\tab " +
+                 EchappeRTF(MessageAvec(l.message, b.NomComplet(l.personne))) + par;
+    }
+    return r + "}\r\n";
+}
+
+std::string HtmlGraphe(Base& b, const GrapheParente& g, const std::string& titre) {
+    std::string r = EnteteHTMLSimple(titre) + "<H2>" + EntiteHTML(titre) + "</H2>\r\n";
+    int niveau = 0;
+    for (const EntreeGraphe& e : EntreesGraphe(b, g)) {
+        if (e.niveau != niveau) {
+            r += niveau ? "</UL>\r\n" : "";
+            niveau = e.niveau;
+            r += "<H3>" + EntiteHTML(Message(760) + std::to_string(niveau)) + "</H3>\r\n<UL>\r\n";
+        }
+        r += "<LI><A NAME=\"i" + std::to_string(e.personne) + "\"></A><B>" + EntiteHTML(e.nom) +
+             "</B>";
+        for (const EntreeGraphe::Lien& l : e.liens) {
+            // The name inside the message's text becomes the link.
+            const std::string lien = "<A HREF=\"#i" + std::to_string(l.personne) + "\">" +
+                                     EntiteHTML(b.NomComplet(l.personne)) + "</A>";
+            const std::string modele = Message(l.message);
+            const std::size_t ici = modele.find("&1");
+            r += "<BR>" + (ici == std::string::npos ? EntiteHTML(modele) + " " + lien
+                                                    : EntiteHTML(modele.substr(0, ici)) + lien +
+                                                          EntiteHTML(modele.substr(ici + 2)));
+        }
+        r += "</LI>\r\n";
+    }
+    return r + (niveau ? "</UL>\r\n" : "") + "</BODY></HTML>\r\n";
 }
 
 } // namespace sylvane

@@ -138,4 +138,34 @@ class GrapheParente {
 // The text of a node's box: the name, then its dates.
 std::string TexteNoeudParente(Base& b, std::uint32_t personne);
 
+// A person of the graph as its reports list it: its level, its name and
+// dates, then a line per parent in the graph (message 764, 765 or 766 by
+// the person's sex, "&1" the parent's name) and per spouse in the graph
+// (message 769).
+struct EntreeGraphe {
+    int niveau = 0;
+    std::uint32_t personne = 0;
+    std::string nom;
+    struct Lien {
+        int message = 0;
+        std::uint32_t personne = 0;
+    };
+    std::vector<Lien> liens;
+};
+// The persons by level from the top, each level in order of birth year.
+std::vector<EntreeGraphe> EntreesGraphe(Base& b, const GrapheParente& g);
+// The RTF document and the HTML page of that list, each level under
+// message 760 and its number; in the page a parent or spouse named is a
+// link to its entry.
+std::string RtfGraphe(Base& b, const GrapheParente& g, const std::string& titre);
+std::string HtmlGraphe(Base& b, const GrapheParente& g, const std::string& titre);
+
+// The head of a page of these reports, `titre` (Windows-1252) as its
+// title, "Sylvane.css" as its stylesheet, and the body opened.
+std::string EnteteHTMLSimple(const std::string& titre);
+
+// "Sylvane.css" of the settings' colours in `dossier` (with its final
+// separator), for the pages written there. Throws ErreurES.
+void EcritFeuilleStyle(Base& b, SystemeFichiers& fs, const std::string& dossier);
+
 } // namespace sylvane

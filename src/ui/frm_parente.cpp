@@ -1,6 +1,7 @@
 // The logic of the relationship, cousinage and branch windows.
 #include "ui/frm_parente.h"
 
+#include "publish/impression_parente.h"
 #include "store/pack.h"
 #include "text/messages.h"
 #include "ui/frm_listes.h"
@@ -27,6 +28,39 @@ std::vector<std::uint32_t> Nombres(const std::string& texte, char separateur) {
     }
     return r;
 }
+
+// Asks for the file of a report (`depart` in the work folder) and writes
+// it whole, "Sylvane.css" beside a page. The path written, or nothing when
+// cancelled or after the error's box.
+std::optional<std::string> EcritRapport(MDIForm1& mdi, const std::string& filtre,
+                                        const std::string& depart,
+                                        const std::function<std::string()>& texte, bool page) {
+    Base* b = mdi.base();
+    if (!b) return std::nullopt;
+    const auto chemin = mdi.services().fichiers.Enregistrer(
+        0, filtre, mdi.app().parametres().DossierTravail() + depart);
+    if (!chemin) return std::nullopt;
+    try {
+        const auto f = SortieExport(*b, *chemin);
+        f->Sortie().ecrire(0, texte());
+        f->Valide();
+        if (page) EcritFeuilleStyle(*b, b->Systeme(), DossierDe(*chemin));
+    } catch (const ErreurES& e) {
+        mdi.services().boites.Texte(e.what());
+        return std::nullopt;
+    }
+    return chemin;
+}
+
+// The offer to open a page just written in the browser.
+void OffrePage(MDIForm1& mdi, const std::function<void(const std::string&)>& ouvre,
+               const std::string& page) {
+    if (ouvre && mdi.services().boites.Question(msg_parente::OuvrirPage) == Reponse::Oui)
+        ouvre(page);
+}
+
+constexpr const char* kFiltreRtf = "Rich Text Format (*.rtf) |*.rtf|";
+constexpr const char* kFiltreHtml = "HTML (*.htm) |*.htm|";
 
 } // namespace
 
@@ -162,6 +196,23 @@ std::optional<std::vector<LigneCousinage>> FrmRechAscendant::CmdAscComMult() {
     return lignes;
 }
 
+std::optional<std::vector<PageCousinage>> FrmRechAscendant::CmdSpecial() {
+    if (Refuse()) return std::nullopt;
+    Base& b = *mdi_.base();
+    const std::string dossier = mdi_.app().parametres().DossierTravail();
+    std::optional<std::vector<PageCousinage>> pages;
+    try {
+        OperationLongue op(mdi_.services().panneau, mdi_.services().boites, Message(591));
+        pages =
+            CousinagesEnPages(b, b.Systeme(), dossier, Selection(), generations, op.interaction());
+    } catch (const ErreurES& e) {
+        mdi_.services().boites.Texte(e.what());
+        return std::nullopt;
+    }
+    if (pages) mdi_.services().boites.Information(msg_parente::PagesEcrites, dossier);
+    return pages;
+}
+
 void FrmRechAscendant::EcritListeJs(const std::string& dossier) {
     if (!mdi_.base() || grille_.empty()) return;
     try {
@@ -241,6 +292,26 @@ OptionsPages FrmParenteVisu::Options(const Papier& papier) const {
     return o;
 }
 
+bool FrmParenteVisu::EcritRtf() {
+    return Ecrit(false);
+}
+bool FrmParenteVisu::EcritHtml() {
+    return Ecrit(true);
+}
+
+bool FrmParenteVisu::Ecrit(bool html) {
+    Base* b = mdi_.base();
+    if (!graphe_ || !b) return false;
+    return EcritRapport(
+               mdi_, html ? kFiltreHtml : kFiltreRtf, b->Chemins().titre + (html ? ".htm" : ".rtf"),
+               [&] {
+                   return html ? HtmlGraphe(*b, *graphe_, Titre())
+                               : RtfGraphe(*b, *graphe_, Titre());
+               },
+               html)
+        .has_value();
+}
+
 std::vector<FrmParenteVisu::EntreeMenu> FrmParenteVisu::MenuProches(std::size_t noeud) {
     std::vector<EntreeMenu> r;
     if (!graphe_ || !mdi_.base()) return r;
@@ -289,20 +360,34 @@ void FrmParenteAsc::CmdTriLieu() {
 bool FrmParenteAsc::CmdHtml() {
     Base* b = mdi_.base();
     if (!b || a_.lignes.empty()) return false;
-    const auto chemin = mdi_.services().fichiers.Enregistrer(
-        0, "HTML (*.htm) |*.htm|", mdi_.app().parametres().DossierTravail() + "Cousinages.htm");
-    if (!chemin) return false;
     std::string nom;
     for (std::uint32_t p : Nombres(a_.comparaison, '/')) nom += (nom.empty() ? "" : ", ") + b->NomComplet(p);
+    return EcritRapport(
+               mdi_, kFiltreHtml, "Cousinages.htm",
+               [&] { return PageCousinages(*b, nom, a_.lignes, a_.sujets); }, true)
+        .has_value();
+}
+
+std::optional<std::vector<PageCousinage>> FrmParenteAsc::CmdCousinage() {
+    Base* b = mdi_.base();
+    if (!b || a_.lignes.empty() || mdi_.Occupe()) return std::nullopt;
+    std::vector<std::uint32_t> personnes = a_.selection;
+    if (personnes.empty()) {
+        personnes = a_.sujets;
+        for (std::uint32_t p : Nombres(a_.comparaison, '/'))
+            if (std::find(personnes.begin(), personnes.end(), p) == personnes.end())
+                personnes.push_back(p);
+    }
+    const std::string dossier = mdi_.app().parametres().DossierTravail();
+    std::vector<PageCousinage> pages;
     try {
-        const auto f = SortieExport(*b, *chemin);
-        f->Sortie().ecrire(0, PageCousinages(*b, nom, a_.lignes, a_.sujets));
-        f->Valide();
+        pages = TableauxCousinages(*b, b->Systeme(), dossier, a_.lignes, personnes, a_.sujets);
     } catch (const ErreurES& e) {
         mdi_.services().boites.Texte(e.what());
-        return false;
+        return std::nullopt;
     }
-    return true;
+    OffrePage(mdi_, ouvreNavigateur, dossier + "Tableau.htm");
+    return pages;
 }
 
 bool FicheDe(MDIForm1& mdi, std::uint32_t personne) {
@@ -332,23 +417,35 @@ bool FrmBranche::EcritHtml() { return Ecrit(true); }
 
 bool FrmBranche::Ecrit(bool html) {
     if (!branche_ || !mdi_.base()) return false;
-    Base& b = *mdi_.base();
-    const std::string depart = mdi_.app().parametres().DossierTravail() + b.Chemins().titre +
-                               (html ? ".htm" : ".rtf");
-    const std::string filtre = !html           ? "Rich Text Format (*.rtf) |*.rtf|"
+    // The descendance's page keeps the label its filter always had.
+    const std::string filtre = !html          ? kFiltreRtf
                                : descendante_ ? "Rich Text Format (*.htm) |*.htm|"
-                                              : "HTML (*.htm) |*.htm|";
-    const auto chemin = mdi_.services().fichiers.Enregistrer(0, filtre, depart);
+                                              : kFiltreHtml;
+    const auto chemin = EcritRapport(
+        mdi_, filtre, mdi_.base()->Chemins().titre + (html ? ".htm" : ".rtf"),
+        [&] { return html ? branche_->Html(Titre()) : branche_->Rtf(Titre()); }, html);
     if (!chemin) return false;
-    try {
-        const auto f = SortieExport(b, *chemin);
-        f->Sortie().ecrire(0, html ? branche_->Html(Titre()) : branche_->Rtf(Titre()));
-        f->Valide();
-    } catch (const ErreurES& e) {
-        mdi_.services().boites.Texte(e.what());
-        return false;
-    }
+    if (html) OffrePage(mdi_, ouvreNavigateur, *chemin);
     return true;
+}
+
+std::optional<DocumentApercu> FrmBranche::Impression() const {
+    if (!branche_ || !mdi_.base()) return std::nullopt;
+    DocumentApercu d;
+    d.titre = Titre();
+    d.papier = ReglagesCourants().Feuille();
+    // The lines are taken now: the preview shows the outline as it was
+    // when asked, even once its window has gone.
+    d.dessine = [&mdi = mdi_, titre = d.titre, lignes = branche_->Lignes(),
+                 papier = d.papier](Surface& s) {
+        Base* b = mdi.base();
+        if (!b) return FinPages::Arrete;
+        OptionsImpression o;
+        o.papier = papier;
+        return ImprimeLignes(*b, s, titre, lignes, o) == FinRapport::Termine ? FinPages::Termine
+                                                                             : FinPages::Arrete;
+    };
+    return d;
 }
 
 } // namespace sylvane

@@ -7,15 +7,29 @@
 #include "kinship/branches.h"
 #include "kinship/cousins.h"
 #include "kinship/parente.h"
+#include "ui/frm_impression.h"
 #include "ui/mdiform1.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace sylvane {
+
+// Captions and boxes of these windows that the relationship messages don't
+// number.
+namespace msg_parente {
+enum : int {
+    Speciaux = 4535,     // the button of `CmdSpecial`
+    Tableaux = 4536,     // the button of `CmdCousinage`
+    OuvrirPage = 4537,   // the offer to open a page just written
+    PagesEcrites = 4538, // "&1": the folder of the cousinage pages
+    Image = 4539,        // the graph saved as a picture
+};
+} // namespace msg_parente
 
 // What a search hands to a new graph window: `ListeParente`,
 // `ModeParente` and `GenerationsParente`.
@@ -66,6 +80,11 @@ class FrmRechAscendant {
     // `CmdAscComMult`: the cousinage rows for a new `FrmParenteAsc`, and
     // the two text files in the work folder.
     std::optional<std::vector<LigneCousinage>> CmdAscComMult();
+    // `CmdSpecial` ("Spécial cousinages"): each selected person alone
+    // against the others, written as its page in the work folder under the
+    // progress panel; message 4538 names the folder. The pages, or nothing
+    // when refused (503, 555), stopped or failed.
+    std::optional<std::vector<PageCousinage>> CmdSpecial();
     // The persons marked "*".
     std::vector<std::uint32_t> Sujets() const;
     // F12: "ListeCousins.js" in `dossier`.
@@ -73,10 +92,12 @@ class FrmRechAscendant {
     // The persons not marked "*" (all when none is), joined by "/".
     std::string Comparaison() const;
 
+    // The persons of the grid, newest first.
+    std::vector<std::uint32_t> Selection() const;
+
   private:
     std::optional<DemandeGraphe> Recherche(bool descendance);
     bool Refuse();
-    std::vector<std::uint32_t> Selection() const;
 
     MDIForm1& mdi_;
     std::vector<Ligne> grille_;
@@ -109,8 +130,13 @@ class FrmParenteVisu {
     // Throws ErreurES.
     std::string EcritGabarit(Papier& papier) const;
     OptionsPages Options(const Papier& papier) const;
+    // The graph listed by levels as an RTF document or an HTML page (with
+    // "Sylvane.css" beside), through the file dialog.
+    bool EcritRtf();
+    bool EcritHtml();
 
   private:
+    bool Ecrit(bool html);
     MDIForm1& mdi_;
     DemandeGraphe demande_;
     std::unique_ptr<GrapheParente> graphe_;
@@ -123,6 +149,7 @@ class FrmParenteAsc {
         std::vector<LigneCousinage> lignes;
         std::string comparaison;             // the persons compared, joined by "/"
         std::vector<std::uint32_t> sujets;   // marked "*" in the selection
+        std::vector<std::uint32_t> selection; // every selected person
     };
     FrmParenteAsc(MDIForm1& mdi, Analyse analyse);
     const std::vector<LigneCousinage>& Lignes() const { return a_.lignes; }
@@ -137,6 +164,12 @@ class FrmParenteAsc {
     void CmdTriLieu();
     // `CmdHTML`: one page of every row, through the file dialog.
     bool CmdHtml();
+    // `CmdCousinage` ("Tableaux"): a page for each selected person, then
+    // "Tableau.htm" and "Tableau.txt", in the work folder; the offer to
+    // open "Tableau.htm". The pages, or nothing after the error's box.
+    std::optional<std::vector<PageCousinage>> CmdCousinage();
+    // The window's hook that opens a page in the user's browser.
+    std::function<void(const std::string& page)> ouvreNavigateur;
 
   private:
     MDIForm1& mdi_;
@@ -162,6 +195,11 @@ class FrmBranche {
     // `CmdRTF`, `CmdHTML`: asks for the file, then writes it whole.
     bool EcritRtf();
     bool EcritHtml();
+    // `CmdImprimer`: the open lines on pages, for the preview, the printer
+    // or a PDF; nothing without an outline.
+    std::optional<DocumentApercu> Impression() const;
+    // The window's hook that opens a page in the user's browser.
+    std::function<void(const std::string& page)> ouvreNavigateur;
 
   private:
     bool Ecrit(bool html);

@@ -5,6 +5,7 @@
 // from the base only as their nodes open. With SYLVANE_CAPTURE set to a
 // folder and SYLVANE_CAPTURE_BASE to a base (persons 9 and 21 of the
 // sample family), also writes the pictures of the graph and of a branch.
+#include "app/frm_impression.h"
 #include "app/frm_parente.h"
 #include "app/texte_qt.h"
 #include "fenetre_test.h"
@@ -26,6 +27,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 
 using namespace sylvane;
 
@@ -221,6 +224,43 @@ TEST_F(ParenteTest, BranchNodesLoadWhenTheyOpen) {
     mariage->setExpanded(true);
     ASSERT_GE(mariage->childCount(), 1);
     EXPECT_TRUE(mariage->child(0)->text(0).startsWith("Jean Martin"));
+}
+
+// What goes out of these windows: the pages of "Spécial cousinages" in
+// the work folder, the graph as a BMP picture, the branch to the preview.
+TEST_F(ParenteTest, PagesPictureAndPreview) {
+    ASSERT_TRUE(fenetre->logique().Execute(Commande::MnuParente));
+    FrmRechAscendantQt* r = Formes<FrmRechAscendantQt>().at(0);
+    r->RecoitGlisser('I', fam.fille);
+    ASSERT_TRUE(r->cmdSpecial()->isEnabled());
+    RepondBoite();
+    QTest::mouseClick(r->cmdSpecial(), Qt::LeftButton);
+    QApplication::processEvents();
+    EXPECT_TRUE(texte_->startsWith(MT(4538).left(10))) << texte_->toStdString();
+    const std::filesystem::path travail = dossier.chemin();
+    EXPECT_TRUE(std::filesystem::exists(travail / "Paul.Martin.htm"));
+    EXPECT_TRUE(std::filesystem::exists(travail / "Claire.Martin.htm"));
+
+    QTest::mouseClick(r->cmdAscCom(), Qt::LeftButton);
+    QApplication::processEvents();
+    FrmParenteVisuQt* v = Formes<FrmParenteVisuQt>().at(0);
+    const std::string bmp = dossier / "graphe.bmp";
+    ASSERT_TRUE(v->SauveImage(bmp));
+    std::ifstream in(bmp, std::ios::binary);
+    char tete[2] = {};
+    in.read(tete, 2);
+    EXPECT_EQ(std::string(tete, 2), "BM");
+
+    fenetre->logique().Aller(fam.fils);
+    ASSERT_TRUE(fenetre->logique().Execute(Commande::MnuArbAsc));
+    FrmBrancheQt* b = Formes<FrmBrancheQt>().at(0);
+    b->logique().Developpe(0, 3);
+    ReglagesCourants().apercu = true;
+    QTest::mouseClick(b->cmdImprimer(), Qt::LeftButton);
+    QApplication::processEvents();
+    auto apercus = Formes<FrmPrevisualisationQt>();
+    ASSERT_EQ(apercus.size(), 1u);
+    EXPECT_TRUE(apercus[0]->windowTitle().contains("Paul Martin"));
 }
 
 // The pictures of the documentation, on a base given from outside.
