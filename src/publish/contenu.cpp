@@ -1,5 +1,6 @@
 #include "publish/contenu.h"
 
+#include "store/evenement_edition.h"
 #include "text/calendrier.h"
 #include "text/dates.h"
 #include "text/messages.h"
@@ -64,15 +65,6 @@ bool RoleFamilial(const std::string& role) {
 }
 
 } // namespace
-
-std::string RoleDansEvenement(Base& b, std::uint32_t p, std::uint32_t e) {
-    for (int i = 1; i <= kMaxListeFiche; ++i) {
-        const std::uint32_t x = b.EvtNo(p, i);
-        if (x == 0) break;
-        if (x == e) return b.RoleEvtNo(p, i);
-    }
-    return "";
-}
 
 const char* ClasseSexe(const std::string& sexe) {
     if (sexe == "H") return "Homme";

@@ -92,8 +92,6 @@ inline constexpr int kMaxListeFiche = 200;
 std::string Joint(std::initializer_list<std::string> parties);
 
 FichePersonne LitFichePersonne(Base& b, std::uint32_t p);
-// The stored role tag of person p in event e, "" when p isn't in it.
-std::string RoleDansEvenement(Base& b, std::uint32_t p, std::uint32_t e);
 Mention MentionDe(Base& b, std::uint32_t p);
 
 // A day count in words: "mardi 12 mars 1850" (messages 598 to 604, 730 to

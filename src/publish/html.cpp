@@ -4,6 +4,7 @@
 #include "kinship/liste.h"
 #include "publish/html_texte.h"
 #include "publish/sortie.h"
+#include "store/evenement_edition.h"
 #include "store/pack.h"
 #include "text/dates.h"
 #include "text/messages.h"
