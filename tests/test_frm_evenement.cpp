@@ -3,6 +3,7 @@
 // the other sex), persons added from the picker, dropped, created, moved
 // and taken away, the pending question, the list's orders and its jump to a
 // year, deletion, and the sheet's own event commands.
+#include "store/fichier.h"
 #include "store/fichier_memoire.h"
 #include "support/francais.h"
 #include "support/services_faux.h"
@@ -10,12 +11,13 @@
 #include "text/messages.h"
 #include "text/tags.h"
 #include "ui/frm_evenement.h"
+#include "ui/frm_impression.h"
 #include "ui/frm_misajour.h"
-#include "store/fichier.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <utility>
 
 using namespace sylvane;
 using test::ServicesFaux;
@@ -71,7 +73,7 @@ struct Famille : ::testing::Test {
     Paires Roles(std::uint32_t e) {
         Paires v;
         for (std::uint32_t p : PersonnesEvenement(b(), e))
-            v.emplace_back(p, RoleDansEvenement(b(), p, e));
+            v.emplace_back(p, RoleDansEvenement(b(), p, e, nullptr));
         std::sort(v.begin(), v.end());
         return v;
     }
@@ -149,7 +151,7 @@ TEST_F(Famille, RefusalsLeaveTheBaseAsItWas) {
     autre->ChoisitRole(Message(683));
     EXPECT_TRUE(autre->CmdMaj());
     EXPECT_EQ(s.boites.informations.back(), 936);
-    EXPECT_EQ(RoleDansEvenement(b(), inconnu, e), "WITN");
+    EXPECT_EQ(RoleDansEvenement(b(), inconnu, e, nullptr), "WITN");
 }
 
 TEST_F(Famille, PersonsAreMovedTakenAwayAndTheirRolesChanged) {
@@ -168,7 +170,7 @@ TEST_F(Famille, PersonsAreMovedTakenAwayAndTheirRolesChanged) {
     ASSERT_EQ(d->Personnes()[2].numero, enfant);
     d->ChoisitRole(Message(911));
     EXPECT_TRUE(d->CmdMaj());
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e), "WITN");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e, nullptr), "WITN");
     EXPECT_TRUE(d->CmdSupLien());
     EXPECT_EQ(d->Personnes().size(), 2u);
     EXPECT_EQ(b().EvtNo(enfant, 1), 0u);
@@ -278,8 +280,8 @@ TEST_F(Famille, TheListShowsEveryEventInDateOrderAndJumpsToAYear) {
     EXPECT_TRUE(l.CmdSupp(1));
     EXPECT_EQ(l.Nombre(), 2u);
     EXPECT_EQ(b().PosEvt(e1850), 0u);
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1850), "");
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1900), "SON");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1850, nullptr), "");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1900, nullptr), "SON");
     EXPECT_EQ(s.boites.questions, (std::vector<int>{617, 617}));
 }
 
@@ -309,11 +311,11 @@ TEST_F(Famille, TheRepairGivesRolesToThePersonsOfOldCaptures) {
     for (std::uint32_t p : {parrain, marraine, enfant, mere, pere}) AjouteRole(b(), e, p, "");
     FrmLstEvt l(*f);
     EXPECT_EQ(l.Rectification(), 5);
-    EXPECT_EQ(RoleDansEvenement(b(), pere, e), "HUSB");
-    EXPECT_EQ(RoleDansEvenement(b(), mere, e), "P\xE8re d\xE9" "c\xE9" "d\xE9");
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e), "MOTH");
-    EXPECT_EQ(RoleDansEvenement(b(), marraine, e), "WIFE");
-    EXPECT_EQ(RoleDansEvenement(b(), parrain, e), "FATH");
+    EXPECT_EQ(RoleDansEvenement(b(), pere, e, nullptr), "HUSB");
+    EXPECT_EQ(RoleDansEvenement(b(), mere, e, nullptr), "P\xE8re d\xE9" "c\xE9" "d\xE9");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e, nullptr), "MOTH");
+    EXPECT_EQ(RoleDansEvenement(b(), marraine, e, nullptr), "WIFE");
+    EXPECT_EQ(RoleDansEvenement(b(), parrain, e, nullptr), "FATH");
     EXPECT_FALSE(s.panneau.visible);
     // Nothing is left to correct.
     EXPECT_EQ(l.Rectification(), 0);
@@ -476,4 +478,50 @@ TEST_F(Famille, ARubricThatIsAnEventTypeOpensItsEventOrMakesItFromTheRow) {
     ASSERT_NE(div, 0u);
     EXPECT_EQ(Roles(div), (Paires{{pere, "HUSB"}, {mere, "WIFE"}}));
     EXPECT_TRUE(MarqueRubEvt(*f, conjoint, true, 0));
+}
+
+namespace {
+
+// The texts drawn on the pages.
+struct Textes : Surface {
+    int pages = 0;
+    std::string tout;
+    const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
+    void DebutPage(int, int, double, double) override { ++pages; }
+    void FinPage() override {}
+    void Trait(double, double, double, double, Plume) override {}
+    void Boite(double, double, double, double, std::int32_t) override {}
+    void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
+        tout.append(t).append("|");
+    }
+};
+
+} // namespace
+
+TEST_F(Famille, PrintingAnEventWritesItFirstAndPreviewsItsSheet) {
+    FrmDesEvt forme(*f, choix, 0, enfant);
+    forme.ChoisitType(Conv_LibelleTag("CHR"));
+    forme.Modifie(ChampEvt::Date, "45/13/1850");
+    // A date that is no date: nothing is written nor shown.
+    EXPECT_FALSE(forme.CmdImprimer());
+    EXPECT_EQ(forme.Numero(), 0u);
+    EXPECT_FALSE(s.fenetres.EstOuverte("FrmPrevisualisation"));
+    forme.Modifie(ChampEvt::Date, "");
+    forme.Modifie(ChampEvt::Lieu, "Bayeux");
+    ASSERT_TRUE(forme.CmdImprimer());
+    ASSERT_NE(forme.Numero(), 0u);
+    EXPECT_FALSE(forme.Pendant());
+    EXPECT_TRUE(s.fenetres.EstOuverte("FrmPrevisualisation"));
+    DocumentApercu d = std::exchange(ApercuTransmis(), DocumentApercu{});
+    ASSERT_TRUE(d.dessine);
+    Textes t;
+    EXPECT_EQ(d.dessine(t), FinPages::Termine);
+    EXPECT_EQ(t.pages, 1);
+    EXPECT_NE(t.tout.find("Bayeux"), std::string::npos);
+    EXPECT_NE(t.tout.find("Martin"), std::string::npos);
+    // Deleted meanwhile: the preview draws nothing.
+    SupprimeEvenement(b(), forme.Numero());
+    Textes vide;
+    EXPECT_EQ(d.dessine(vide), FinPages::Arrete);
+    EXPECT_EQ(vide.pages, 0);
 }

@@ -435,6 +435,10 @@ FrmDesEvtQt::FrmDesEvtQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent),
     cmdMaj_->setObjectName(QStringLiteral("CmdMaj"));
     cmdMaj_->setDefault(true);
     QPushButton* quitter = Bouton(this, textes_, msg_evt::Quitter);
+    QPushButton* imprimer = Bouton(this, textes_, msg_evt::Imprimer);
+    imprimer->setObjectName(QStringLiteral("CmdImprimer"));
+    connect(imprimer, &QPushButton::clicked, this, [this] { logique_->CmdImprimer(); });
+    bas->addWidget(imprimer);
     bas->addWidget(cmdMaj_);
     bas->addWidget(quitter);
     racine->addLayout(bas);

@@ -1,5 +1,6 @@
 #include "ui/frm_evenement.h"
 
+#include "ui/frm_impression.h"
 #include "ui/frm_misajour.h"
 
 #include "store/pack.h"
@@ -115,7 +116,7 @@ bool MarqueEvt(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag, bo
     return EvenementPrincipal(*b, n, tag) != 0;
 }
 
-const RangRubrique* Rubrique(const FrmMisajour& fiche, bool mariage, int rang) {
+const RangRubrique* RangDeFiche(const FrmMisajour& fiche, bool mariage, int rang) {
     const auto& rangs = mariage ? fiche.RubriquesMariage() : fiche.RubriquesPersonne();
     return rang >= 0 && rang < static_cast<int>(rangs.size()) ? &rangs[static_cast<std::size_t>(rang)]
                                                                : nullptr;
@@ -139,7 +140,7 @@ bool MarqueEvFiche(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag
 }
 
 bool RubriqueEvenement(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang) {
-    const RangRubrique* r = Rubrique(fiche, mariage, rang);
+    const RangRubrique* r = RangDeFiche(fiche, mariage, rang);
     Base* b = f.base();
     if (!b || !r || r->tag.empty()) return false;
     for (const GenreEvt& g : b->Temoins().genres)
@@ -149,7 +150,7 @@ bool RubriqueEvenement(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int 
 
 bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang) {
     if (!RubriqueEvenement(f, fiche, mariage, rang)) return false;
-    const RangRubrique& r = *Rubrique(fiche, mariage, rang);
+    const RangRubrique& r = *RangDeFiche(fiche, mariage, rang);
     // A rubric without a date gives its place only.
     return OuvreEvtFiche(f, fiche,
                          {r.tag, r.date ? r.jour : "", r.date ? r.annee : "", r.lieu, mariage});
@@ -157,7 +158,7 @@ bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang) {
 
 bool MarqueRubEvt(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang) {
     return RubriqueEvenement(f, fiche, mariage, rang) &&
-           MarqueEvt(f, fiche, Rubrique(fiche, mariage, rang)->tag, mariage);
+           MarqueEvt(f, fiche, RangDeFiche(fiche, mariage, rang)->tag, mariage);
 }
 
 std::function<void(std::uint32_t, const std::string&, const std::string&, const std::string&)>
@@ -366,7 +367,7 @@ int RectifieLiens(Base& b, const std::function<bool(std::uint32_t)>& progres) {
         std::vector<std::string> roles;
         bool vide = false;
         for (std::uint32_t p : personnes) {
-            roles.push_back(RoleDansEvenement(b, p, e));
+            roles.push_back(RoleDansEvenement(b, p, e, nullptr));
             vide = vide || roles.back().empty();
         }
         if (!vide) continue;
@@ -459,7 +460,7 @@ void FrmDesEvt::ChargeListes() {
         LignePersonneEvt l;
         l.numero = p;
         l.nom = b->NomDates(p);
-        l.tag = RoleDansEvenement(*b, p, e_);
+        l.tag = RoleDansEvenement(*b, p, e_, nullptr);
         l.role = Conv_LibelleTag(l.tag);
         personnes_.push_back(std::move(l));
     }
@@ -830,5 +831,31 @@ bool FrmDesEvt::CmdDesImage(int rang) { return documents_.CmdDesImage(rang); }
 Visionneuse FrmDesEvt::CmdVisuImage(int rang) { return documents_.CmdVisuImage(rang); }
 bool FrmDesEvt::CmdDocUp(int rang) { return Documents(documents_.CmdDocUp(rang)); }
 bool FrmDesEvt::CmdDocDown(int rang) { return Documents(documents_.CmdDocDown(rang)); }
+
+bool FrmDesEvt::CmdImprimer() {
+    if (!B() || f_.Occupe()) return false;
+    if ((e_ == 0 || pendant_) && !CmdMaj()) return false;
+    Fenetres& fen = f_.services().fenetres;
+    if (!fen.Disponible("FrmPrevisualisation")) return false;
+    DocumentApercu d;
+    d.titre = Titre();
+    d.papier = ReglagesCourants().Feuille();
+    // The preview draws its pages while it paints, for as long as the base
+    // is open: it reads the event again each time.
+    d.dessine = [&f = f_, e = e_, titre = d.titre, papier = d.papier](Surface& s) {
+        Base* b = f.base();
+        if (!b || b->PosEvt(e) == 0) return FinPages::Arrete;
+        OptionsImpression o;
+        o.papier = papier;
+        Imprimante imp(*b, s, o);
+        imp.NouvellePage(titre);
+        imp.ImprimeEvenement(e);
+        imp.FinImpression();
+        return FinPages::Termine;
+    };
+    ApercuTransmis() = std::move(d);
+    fen.Ouvre("FrmPrevisualisation");
+    return true;
+}
 
 } // namespace sylvane

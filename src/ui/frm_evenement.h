@@ -271,6 +271,9 @@ class FrmDesEvt {
     Visionneuse CmdVisuImage(int rang);
     bool CmdDocUp(int rang);
     bool CmdDocDown(int rang);
+    // `CmdImprimer`: the event's sheet in the preview, from which it goes
+    // to the printer or a PDF. Pending changes are written first.
+    bool CmdImprimer();
 
   private:
     Base* B() { return f_.base(); }
