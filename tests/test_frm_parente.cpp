@@ -268,6 +268,9 @@ TEST_F(Selection, CousinageTablesRankThePersons) {
     FrmRechAscendant r(*f);
     r.Ajoute(H);
     r.Ajoute(X);
+    // Named as the ranking is: its page goes beside it.
+    const std::uint32_t T = P("Tableau", "", 'H', "1930");
+    r.Ajoute(T);
     const auto lignes = r.CmdAscComMult();
     ASSERT_TRUE(lignes);
     FrmParenteAsc a(*f, {*lignes, r.Comparaison(), r.Sujets(), r.Selection()});
@@ -276,11 +279,12 @@ TEST_F(Selection, CousinageTablesRankThePersons) {
     s.boites.reponses = {Reponse::Oui};
     const auto pages = a.CmdCousinage();
     ASSERT_TRUE(pages);
-    ASSERT_EQ(pages->size(), 3u);
+    ASSERT_EQ(pages->size(), 4u);
+    EXPECT_NE((*pages)[0].fichier, "Tableau.htm");
     const std::string d = app.parametres().DossierTravail();
     EXPECT_EQ(ouverte, d + "Tableau.htm");
-    const std::string page = lireTout(fs, d + (*pages)[2].fichier);
-    ASSERT_EQ((*pages)[2].personne, F);
+    const std::string page = lireTout(fs, d + (*pages)[3].fichier);
+    ASSERT_EQ((*pages)[3].personne, F);
     EXPECT_NE(page.find("<H3>1 Cousinages <BR>"), std::string::npos);
     EXPECT_NE(page.find("<TR><TD>" + b().NomComplet(H) + "</TD><TH>1</TH></TR>"),
               std::string::npos);
@@ -291,9 +295,9 @@ TEST_F(Selection, CousinageTablesRankThePersons) {
     EXPECT_LT(txt.find(b().LitNom(H) + " (" + b().LitPrenom(H) + ")"), txt.find("Xavier (Xeno)"));
     EXPECT_NE(txt.find(";1;1\r\n"), std::string::npos);
     EXPECT_NE(
-        txt.find("Xavier (Xeno);" + (*pages)[0].fichier + ";" + b().NomComplet(X) + ";0;3\r\n"),
+        txt.find("Xavier (Xeno);" + (*pages)[1].fichier + ";" + b().NomComplet(X) + ";0;3\r\n"),
         std::string::npos);
-    EXPECT_NE(tableau.find("<A HREF=\"" + (*pages)[0].fichier + "\">"), std::string::npos);
+    EXPECT_NE(tableau.find("<A HREF=\"" + (*pages)[1].fichier + "\">"), std::string::npos);
 }
 
 // The graph's reports list it level by level with its links; the branch

@@ -293,7 +293,8 @@ std::vector<PageCousinage> TableauxCousinages(Base& b, SystemeFichiers& fs,
                                               const std::vector<std::uint32_t>& personnes,
                                               const std::vector<std::uint32_t>& sujets) {
     std::vector<PageCousinage> pages;
-    std::vector<std::string> pris;
+    // A person named "Tableau" must not take the ranking's place.
+    std::vector<std::string> pris{CleMot("Tableau")};
     EcritFeuilleStyle(b, fs, dossier);
     for (std::uint32_t p : personnes) {
         const std::string nom = b.NomComplet(p);
