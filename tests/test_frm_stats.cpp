@@ -1,6 +1,9 @@
 // The statistics and anniversary forms over a small family: the list
-// handed by another form, the tabs as tables, the copy, the calendar's
-// month and day, a click that moves the current person, and a busy program.
+// handed by another form, the tabs as tables, the copy and the print of a
+// tab, the calendar's month and day, a click that moves the current
+// person, the year's recapitulation and the calendar report on paper, in
+// RTF and in HTML, and a busy program.
+#include "charts/surface.h"
 #include "store/fichier_memoire.h"
 #include "store/pack.h"
 #include "support/services_faux.h"
@@ -17,13 +20,35 @@ using test::ServicesFaux;
 
 namespace {
 
+// The texts drawn on each page.
+struct SurfaceTextes : Surface {
+    std::vector<std::vector<std::string>> pages;
+    const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
+    void DebutPage(int, int, double, double) override { pages.emplace_back(); }
+    void FinPage() override {}
+    void Trait(double, double, double, double, Plume) override {}
+    void Boite(double, double, double, double, std::int32_t) override {}
+    void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
+        pages.back().emplace_back(t);
+    }
+    bool Montre(const std::string& t) const {
+        for (const auto& p : pages)
+            for (const auto& x : p)
+                if (x.find(t) != std::string::npos) return true;
+        return false;
+    }
+};
+
+// The place of `t` in `texte`, npos when absent.
+std::size_t Ou(const std::string& texte, const std::string& t) { return texte.find(t); }
+
 struct Famille : ::testing::Test {
     SystemeMemoire fs;
     ReglagesMemoire reglages;
     Application app{fs, reglages, "/prog"};
     ServicesFaux s;
     std::unique_ptr<MDIForm1> f;
-    std::uint32_t pere, mere, fils;
+    std::uint32_t pere, mere, fils, mariage;
 
     void SetUp() override {
         DefinitMessages({{861, "Statistiques"}, {1174, "G\xE9n\xE9ralit\xE9s"}, {1179, "Mois de naissance"},
@@ -39,7 +64,8 @@ struct Famille : ::testing::Test {
         for (auto p : {pere, mere}) b.MajEnfants(p, fils, 'A');
         b.EcritPere(fils, pere);
         b.EcritMere(fils, mere);
-        b.CreeMariage(pere, mere, "1878");
+        mariage = b.CreeMariage(pere, mere, "1878");
+        b.EcritNoteMariage(mariage, "12/3/1878 @Dijon");
     }
     void TearDown() override {
         ParenteTransmise() = {};
@@ -102,7 +128,7 @@ TEST_F(Famille, LeCalendrierUnMoisEtUnJour) {
     EXPECT_EQ(semaines[1][4], 12);
     EXPECT_EQ(semaines[4][2], 31);
     EXPECT_EQ(semaines[4][3], 0);
-    EXPECT_EQ(a.NombreDuJour(12), 2u);
+    EXPECT_EQ(a.NombreDuJour(12), 3u); // two births and the marriage
     ASSERT_TRUE(a.Choisit(12));
     EXPECT_EQ(a.LibelleJour(), "12 mars");
     ASSERT_EQ(a.Listes().naissances.size(), 2u);
@@ -122,6 +148,126 @@ TEST_F(Famille, LeCalendrierUnMoisEtUnJour) {
     s.panneau.arretApres = 0;
     EXPECT_TRUE(a.Charge());
     EXPECT_FALSE(a.Cal().Complet());
+}
+
+TEST_F(Famille, LImpressionDUnOngletReprendSaTable) {
+    FrmStats st(*f);
+    ASSERT_TRUE(st.Calcule());
+    st.onglet = 0;
+    const DocumentApercu d = st.Impression();
+    EXPECT_EQ(d.titre, "Statistiques - G\xE9n\xE9ralit\xE9s");
+    SurfaceTextes surface;
+    EXPECT_EQ(d.dessine(surface), FinPages::Termine);
+    ASSERT_EQ(surface.pages.size(), 1u);
+    EXPECT_TRUE(surface.Montre("Hommes"));
+    EXPECT_TRUE(surface.Montre("G\xE9n\xE9ralit\xE9s")); // the page head's title
+    // A long table goes on over pages, each under its headings.
+    st.onglet = 3;
+    Base& b = app.base();
+    for (int i = 0; i < 120; ++i) b.CreePersonne("X", "Y", "", 'H', std::to_string(1000 + 10 * i));
+    ASSERT_TRUE(st.Calcule());
+    SurfaceTextes longue;
+    EXPECT_EQ(st.Impression().dessine(longue), FinPages::Termine);
+    ASSERT_GE(longue.pages.size(), 2u);
+    for (const auto& p : longue.pages) EXPECT_NE(std::find(p.begin(), p.end(), "Hommes"), p.end());
+    EXPECT_TRUE(longue.Montre("2090/2099 "));
+}
+
+TEST_F(Famille, LaRecapitulationDeLAnneeEnHtmlEnRtfEtSurPapier) {
+    FrmAnniv a(*f);
+    ASSERT_TRUE(a.Charge());
+    a.destination = FrmAnniv::DestinationDe("FrmAnniv:HTML");
+    ASSERT_EQ(a.destination, DestinationAnniv::HTML);
+    s.fichiers.chemins = {"/t/recap.htm"};
+    EXPECT_FALSE(a.Recapitulation());
+    EXPECT_EQ(a.fichierEcrit, "/t/recap.htm");
+    EXPECT_EQ(s.boites.informations.back(), 569);
+    const std::string h = fs.contenu("/t/recap.htm");
+    EXPECT_NE(Ou(h, "<TITLE>Index</TITLE>"), std::string::npos);
+    EXPECT_NE(Ou(h, "<LINK REL=\"stylesheet\" TYPE=\"Text/css\" HREF=\"Sylvane.css\">"), std::string::npos);
+    EXPECT_FALSE(fs.contenu("/t/Sylvane.css").empty());
+    // 1 January (the death), then 12 March: births, then the marriage.
+    const auto janvier = Ou(h, "<TH><STRONG>1 janvier</STRONG></TH><TR>");
+    const auto mars = Ou(h, "<TH><STRONG>12 mars</STRONG></TH><TR>\r\n"
+                            "<TH></TH><TD>Jean MARTIN 1850</TD><TR>\r\n"
+                            "<TH></TH><TD>Marie DURAND 1855</TD><TR>\r\n"
+                            "<TH></TH><TD>Jean MARTIN / Marie DURAND 1878 Dijon</TD><TR>\r\n"
+                            "</TABLE><HR>\r\n<TABLE WIDTH=\"100%\" class=\"defaut\">");
+    ASSERT_NE(janvier, std::string::npos);
+    ASSERT_NE(mars, std::string::npos);
+    EXPECT_LT(janvier, mars);
+    EXPECT_NE(Ou(h, "<TH><STRONG>5 janvier</STRONG>"), std::string::npos); // the son's birth
+    EXPECT_NE(Ou(h, "</TABLE>\r\n<NOTE>"), std::string::npos);
+    EXPECT_EQ(h.substr(h.size() - 9), "</HTML>\r\n");
+
+    a.destination = DestinationAnniv::RTF;
+    s.fichiers.chemins = {"/t/recap.rtf"};
+    EXPECT_FALSE(a.Recapitulation());
+    EXPECT_EQ(s.fichiers.titres.back(), 567);
+    const std::string r = fs.contenu("/t/recap.rtf");
+    EXPECT_EQ(r.rfind("{\\rtf1\\ansi", 0), 0u);
+    EXPECT_NE(Ou(r, "12 mars"), std::string::npos);
+    EXPECT_NE(Ou(r, "Jean MARTIN / Marie DURAND 1878 Dijon"), std::string::npos);
+    EXPECT_EQ(r.substr(r.size() - 3), "}\r\n");
+
+    // A cancel writes nothing.
+    s.fichiers.chemins = {std::nullopt};
+    const auto avant = s.boites.informations.size();
+    EXPECT_FALSE(a.Recapitulation());
+    EXPECT_TRUE(a.fichierEcrit.empty());
+    EXPECT_EQ(s.boites.informations.size(), avant);
+
+    a.destination = FrmAnniv::DestinationDe("FrmAnniv");
+    const auto papier = a.Recapitulation();
+    ASSERT_TRUE(papier);
+    SurfaceTextes surface;
+    EXPECT_EQ(papier->dessine(surface), FinPages::Termine);
+    ASSERT_EQ(surface.pages.size(), 1u);
+    EXPECT_TRUE(surface.Montre("12 mars"));
+    EXPECT_TRUE(surface.Montre("Marie DURAND 1855"));
+}
+
+TEST_F(Famille, LeRapportDuCalendrierAvecSonIndexEtSesJours) {
+    FrmAnniv a(*f);
+    a.mois = 3;
+    ASSERT_TRUE(a.Charge());
+    a.destination = DestinationAnniv::HTML;
+    EXPECT_FALSE(a.RapportCalendrier());
+    EXPECT_EQ(s.boites.informations.back(), 500);
+    const std::string chemin = app.parametres().DossierTravail() + "famille/index.htm";
+    EXPECT_EQ(a.fichierEcrit, chemin);
+    const std::string h = fs.contenu(chemin);
+    // The index links each day to its heading; the days of other months are not there.
+    const auto index = Ou(h, "<TR><TH><A HREF=\"#j72\">12 mars</A></TH><TD>Jean MARTIN, Marie DURAND, "
+                             "Jean MARTIN / Marie DURAND</TD><TR>");
+    const auto jour = Ou(h, "<H2><A NAME=\"j72\">12 mars</A></H2>");
+    ASSERT_NE(index, std::string::npos);
+    ASSERT_NE(jour, std::string::npos);
+    EXPECT_LT(index, Ou(h, "<HR>"));
+    EXPECT_LT(Ou(h, "<HR>"), jour);
+    EXPECT_EQ(Ou(h, "janvier"), std::string::npos);
+    EXPECT_NE(Ou(h, "<TR CLASS=Femme><TH>Marie DURAND</TH><TD>1855</TD></TR>"), std::string::npos);
+    EXPECT_NE(Ou(h, "<TR><TH>Jean MARTIN / Marie DURAND</TH><TD>1878 Dijon</TD></TR>"), std::string::npos);
+    EXPECT_FALSE(fs.contenu(app.parametres().DossierTravail() + "famille/Sylvane.css").empty());
+
+    // On paper: the same days, for the preview.
+    a.destination = DestinationAnniv::Imprimante;
+    const auto papier = a.RapportCalendrier();
+    ASSERT_TRUE(papier);
+    SurfaceTextes surface;
+    EXPECT_EQ(papier->dessine(surface), FinPages::Termine);
+    EXPECT_TRUE(surface.Montre("Jean MARTIN / Marie DURAND 1878 Dijon"));
+    EXPECT_FALSE(surface.Montre("janvier"));
+    // A month with nothing: no page at all.
+    a.mois = 7;
+    SurfaceTextes rien;
+    EXPECT_EQ(a.RapportCalendrier()->dessine(rien), FinPages::Termine);
+    EXPECT_TRUE(rien.pages.empty());
+
+    // Busy: nothing, message 503.
+    s.panneau.Montre("x", "");
+    EXPECT_FALSE(a.RapportCalendrier());
+    EXPECT_EQ(s.boites.informations.back(), 503);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "ui/frm_stats.h"
 
 #include "store/base.h"
+#include "store/fichier.h"
 #include "store/pack.h"
 #include "text/messages.h"
 #include "ui/frm_listes.h"
@@ -9,6 +10,7 @@
 
 #include <cstdio>
 #include <ctime>
+#include <memory>
 
 namespace sylvane {
 namespace {
@@ -139,6 +141,22 @@ std::string FrmStats::TexteCopie() const {
     return r;
 }
 
+DocumentApercu FrmStats::Impression() const {
+    DocumentApercu d;
+    d.titre = Titre() + " - " + LibelleOnglet(onglet);
+    d.papier = ReglagesCourants().Feuille();
+    d.dessine = [f = &f_, t = Table(onglet), titre = d.titre, papier = d.papier](Surface& s) {
+        Base* b = f->base();
+        if (!b) return FinPages::Absent;
+        OptionsImpression o;
+        o.papier = papier;
+        return ImprimeTable(*b, s, titre, t.entetes, t.lignes, o) == FinRapport::Arrete
+                   ? FinPages::Arrete
+                   : FinPages::Termine;
+    };
+    return d;
+}
+
 // --- FrmAnniv -----------------------------------------------------------------
 
 FrmAnniv::FrmAnniv(MDIForm1& f) : f_(f) {
@@ -198,6 +216,86 @@ std::string FrmAnniv::LibelleJour() const {
 
 void FrmAnniv::Active(const LigneAnniv& l) {
     if (l.personne) f_.Aller(l.personne);
+}
+
+DestinationAnniv FrmAnniv::DestinationDe(const std::string& nomFenetre) {
+    const auto deux = nomFenetre.find(':');
+    const std::string d = deux == std::string::npos ? "" : nomFenetre.substr(deux + 1);
+    if (d == "RTF") return DestinationAnniv::RTF;
+    if (d == "HTML") return DestinationAnniv::HTML;
+    return DestinationAnniv::Imprimante;
+}
+
+std::optional<DocumentApercu> FrmAnniv::Recapitulation() { return Rapport(PeriodeAnniv{}); }
+
+std::optional<DocumentApercu> FrmAnniv::RapportCalendrier() {
+    PeriodeAnniv p;
+    p.recapitulation = false;
+    p.premier = Calendrier::JourDeLAn(1, mois);
+    p.dernier = p.premier + static_cast<int>(NombreDeJours()) - 1;
+    return Rapport(p);
+}
+
+std::size_t FrmAnniv::NombreDeJours() const {
+    int j = 28;
+    while (Calendrier::JourDeLAn(j + 1, mois) >= 0) ++j;
+    return static_cast<std::size_t>(j);
+}
+
+std::optional<DocumentApercu> FrmAnniv::Rapport(const PeriodeAnniv& p) {
+    Base* b = f_.base();
+    fichierEcrit.clear();
+    if (!b || f_.Occupe()) return std::nullopt;
+    ServicesUi& sv = f_.services();
+    if (!c_.Construit()) {
+        OperationLongue op(sv.panneau, sv.boites, Message(953));
+        c_.Construit(*b, op.interaction());
+    }
+    const Parametres& prm = f_.app().parametres();
+    const std::string titreBase = b->Chemins().titre;
+    if (destination == DestinationAnniv::Imprimante) {
+        DocumentApercu d;
+        d.titre = Message(953);
+        d.papier = ReglagesCourants().Feuille();
+        // The preview may outlive the form: it keeps its own calendar.
+        d.dessine = [f = &f_, c = std::make_shared<Calendrier>(c_), p, papier = d.papier](Surface& s) {
+            Base* base = f->base();
+            if (!base) return FinPages::Absent;
+            OptionsImpression o;
+            o.papier = papier;
+            return ImprimeAnniversaires(*base, s, *c, p, o) == FinRapport::Arrete ? FinPages::Arrete
+                                                                                  : FinPages::Termine;
+        };
+        return d;
+    }
+    const bool html = destination == DestinationAnniv::HTML;
+    std::string chemin;
+    if (html && !p.recapitulation) {
+        // The calendar report: "index.htm" in the base's folder.
+        const std::string dossier = prm.DossierTravail() + titreBase;
+        try {
+            b->Systeme().creerDossier(dossier);
+        } catch (const ErreurES&) {
+        }
+        chemin = dossier + "/index.htm";
+    } else {
+        const auto choix = sv.fichiers.Enregistrer(
+            html ? 0 : 567, html ? "HTML (*.htm) |*.htm|" : "Rich Text Format (*.rtf) |*.rtf|",
+            prm.DossierTravail() + titreBase + (html ? ".htm" : ".rtf"));
+        if (!choix) return std::nullopt;
+        chemin = *choix;
+    }
+    try {
+        OperationLongue op(sv.panneau, sv.boites, Message(953));
+        if (!EcritAnniversaires(*b, b->Systeme(), c_, p, destination, chemin, op.interaction()))
+            return std::nullopt;
+    } catch (const ErreurES& e) {
+        sv.boites.Texte(e.what());
+        return std::nullopt;
+    }
+    fichierEcrit = chemin;
+    sv.boites.Information(p.recapitulation ? 569 : 500);
+    return std::nullopt;
 }
 
 } // namespace sylvane

@@ -7,10 +7,13 @@
 // of the day picked.
 #pragma once
 
+#include "publish/anniversaires_rapport.h"
 #include "search/anniversaires.h"
 #include "search/statistiques.h"
+#include "ui/frm_impression.h"
 
 #include <array>
+#include <optional>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -84,6 +87,9 @@ class FrmStats {
     std::array<std::uint64_t, 12> Barres(int onglet) const;
     // `CmdCopier`: the current tab as text, a tab between columns.
     std::string TexteCopie() const;
+    // `CmdImprimer`: the current tab's table on paper, under the page head
+    // of the printed reports, for the preview and the printer.
+    DocumentApercu Impression() const;
 
   private:
     MDIForm1& f_;
@@ -108,6 +114,7 @@ class FrmAnniv {
     // The weeks of the month in view, Monday first, 0 for no day; the
     // number of entries of each day beside it.
     std::vector<std::array<int, 7>> Semaines() const;
+    std::size_t NombreDeJours() const; // of the month in view
     std::size_t NombreDuJour(int jourDuMois) const;
     // A click on a day: `LblJour` and the four lists.
     bool Choisit(int jourDuMois);
@@ -116,7 +123,24 @@ class FrmAnniv {
     // A click on a row of the births, deaths or marriages: that person becomes current.
     void Active(const LigneAnniv& l);
 
+    // Where the reports go: the menu entry that opened the form says it
+    // ("FrmAnniv:Imp", "FrmAnniv:RTF", "FrmAnniv:HTML"); the printer for
+    // the plain calendar.
+    DestinationAnniv destination = DestinationAnniv::Imprimante;
+    static DestinationAnniv DestinationDe(const std::string& nomFenetre);
+    // The recapitulation of the whole year (`MnuImpAnniv`, `MnuRTFAnniv`,
+    // `MnuHTMLAnniv`), and `CmdDate`, the calendar report of the month in
+    // view. On paper they answer the document for the preview; to a file
+    // they ask for its name (the calendar report in HTML goes to
+    // "index.htm" in the base's folder of the work folder), write it and
+    // answer nothing. The calendar report ends with message 500.
+    std::optional<DocumentApercu> Recapitulation();
+    std::optional<DocumentApercu> RapportCalendrier();
+    // The file last written, for the offer to open it.
+    std::string fichierEcrit;
+
   private:
+    std::optional<DocumentApercu> Rapport(const PeriodeAnniv& p);
     MDIForm1& f_;
     Calendrier c_;
     ListesJour listes_;
