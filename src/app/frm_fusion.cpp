@@ -55,6 +55,15 @@ class EtiquetteDepot : public QLabel {
     std::function<void(const std::string&)> recoit_;
 };
 
+// A list of a scrolled panel: it takes the panel's width, never more, so
+// that the panel only ever scrolls down.
+QComboBox* ListeEtroite(QWidget* parent) {
+    auto* c = new QComboBox(parent);
+    c->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    c->setMinimumContentsLength(8);
+    return c;
+}
+
 constexpr int kPageListe = 0, kPageRG = 1, kPageTexte = 2, kPageParents = 3, kPageMariage = 4,
               kPageEnfant = 5;
 
@@ -198,6 +207,7 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     defile_ = new QScrollArea(rg);
     defile_->setObjectName(QStringLiteral("VScroll1"));
     defile_->setWidgetResizable(true);
+    defile_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     rubriques_ = new QWidget(defile_);
     formeRubriques_ = new QFormLayout(rubriques_);
     defile_->setWidget(rubriques_);
@@ -225,25 +235,60 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     panneaux_->addWidget(par);
 
     auto* mar = new QWidget(panneaux_);
-    auto* lm = new QFormLayout(mar);
-    lm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    auto* lm = new QVBoxLayout(mar);
     lblConjoint_ = new QLabel(mar);
     conjoint_ = new QComboBox(mar);
     conjoint_->setObjectName(QStringLiteral("LstConjoint"));
-    dateMariage_ = new QComboBox(mar);
-    lieuMariage_ = new QComboBox(mar);
-    lblDateMariage_ = new QLabel(mar);
-    lblLieuMariage_ = new QLabel(mar);
-    lblDateMariage_->setBuddy(dateMariage_);
-    lblLieuMariage_->setBuddy(lieuMariage_);
     // The spouse's name is long: the list takes the whole width below it.
     lblConjoint_->setBuddy(conjoint_);
-    lm->addRow(lblConjoint_);
-    lm->addRow(conjoint_);
-    lm->addRow(lblDateMariage_, dateMariage_);
-    lm->addRow(lblLieuMariage_, lieuMariage_);
+    lm->addWidget(lblConjoint_);
+    lm->addWidget(conjoint_);
+    // Below the choice of marriage, what differs between the two, scrolled.
+    defileMariage_ = new QScrollArea(mar);
+    defileMariage_->setObjectName(QStringLiteral("VScroll2"));
+    defileMariage_->setWidgetResizable(true);
+    defileMariage_->setFrameShape(QFrame::NoFrame);
+    defileMariage_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    detailMariage_ = new QWidget(defileMariage_);
+    auto* ld = new QVBoxLayout(detailMariage_);
+    ld->setContentsMargins(0, 0, 0, 0);
+    auto* fm = new QFormLayout;
+    fm->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    dateMariage_ = ListeEtroite(detailMariage_);
+    dateMariage_->setObjectName(QStringLiteral("LstDMar"));
+    lieuMariage_ = ListeEtroite(detailMariage_);
+    lieuMariage_->setObjectName(QStringLiteral("LstLMar"));
+    lblDateMariage_ = new QLabel(detailMariage_);
+    lblLieuMariage_ = new QLabel(detailMariage_);
+    lblDateMariage_->setBuddy(dateMariage_);
+    lblLieuMariage_->setBuddy(lieuMariage_);
+    fm->addRow(lblDateMariage_, dateMariage_);
+    fm->addRow(lblLieuMariage_, lieuMariage_);
+    ld->addLayout(fm);
+    auto* rubMar = new QWidget(detailMariage_);
+    rubMar->setObjectName(QStringLiteral("PnlMotMariage"));
+    formeRubriquesMariage_ = new QFormLayout(rubMar);
+    formeRubriquesMariage_->setContentsMargins(0, 0, 0, 0);
+    formeRubriquesMariage_->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    ld->addWidget(rubMar);
+    notesMariage_ = new QWidget(detailMariage_);
+    auto* ln2 = new QVBoxLayout(notesMariage_);
+    ln2->setContentsMargins(0, 0, 0, 0);
+    for (auto& t : textesMariage_) {
+        t = new QPlainTextEdit(notesMariage_);
+        t->setReadOnly(true);
+        t->setTabChangesFocus(true);
+        // Five lines each: the panel scrolls as a whole.
+        t->setFixedHeight(t->fontMetrics().lineSpacing() * 5 + 2 * t->frameWidth() + 8);
+        ln2->addWidget(t);
+    }
     cadreTexteMariage_ = Options(optTxtMar_, boutonsTxtMar_);
-    lm->addRow(cadreTexteMariage_);
+    cadreTexteMariage_->setObjectName(QStringLiteral("OptTxtMar"));
+    ln2->addWidget(cadreTexteMariage_);
+    ld->addWidget(notesMariage_);
+    ld->addStretch();
+    defileMariage_->setWidget(detailMariage_);
+    lm->addWidget(defileMariage_, 1);
     connect(conjoint_, qOverload<int>(&QComboBox::activated), this, [this](int i) {
         logique_.ConjointChoisi(i);
         MontreEtape();
@@ -322,7 +367,8 @@ void FrmFusionQt::Retraduit() {
         (*boutons)[1]->setText(MT(kFusionSecond));
         (*boutons)[2]->setText(MT(kFusionFusion));
     }
-    cadreTexte_->setTitle(MT(kFusionNotes));
+    // The step's own caption says the notes already.
+    cadreTexte_->setTitle(QString());
     cadreTexteMariage_->setTitle(MT(kFusionNotes));
     cadrePere_->setTitle(MT(kFusionPere));
     cadreMere_->setTitle(MT(kFusionMere));
@@ -384,16 +430,7 @@ void FrmFusionQt::MontreEtape() {
         for (std::size_t i = 0; i < listes_.size(); ++i) Liste(*l[i], listes_[i]);
         autrePrenom_->setVisible(f.chkAutPreOffert);
         autrePrenom_->setChecked(f.chkAutPre);
-        while (formeRubriques_->rowCount()) formeRubriques_->removeRow(0);
-        for (const auto& r : f.rubriques) {
-            if (r.dates.valeurs.empty()) continue;
-            auto* ligne = new QWidget(rubriques_);
-            auto* h = new QHBoxLayout(ligne);
-            h->setContentsMargins(0, 0, 0, 0);
-            if (r.avecDate) h->addWidget(Liste(r.dates, new QComboBox(ligne)));
-            h->addWidget(Liste(r.valeurs, new QComboBox(ligne)), 1);
-            formeRubriques_->addRow(Q(r.libelle), ligne);
-        }
+        MontreRubriques(formeRubriques_, f.rubriques);
         defile_->setVisible(formeRubriques_->rowCount() > 0);
         etape_->setText(MT(kFusionEtapes));
         panneaux_->setCurrentIndex(kPageRG);
@@ -429,10 +466,13 @@ void FrmFusionQt::MontreEtape() {
                               f.LstConjoint()[static_cast<std::size_t>(f.choixConjoint)] != 0;
         Liste(f.lstDMar, dateMariage_);
         Liste(f.lstLMar, lieuMariage_);
-        for (QWidget* w : std::initializer_list<QWidget*>{dateMariage_, lieuMariage_, lblDateMariage_,
-                                                          lblLieuMariage_, cadreTexteMariage_})
-            w->setVisible(fusionne);
+        MontreRubriques(formeRubriquesMariage_, f.rubriquesMariage);
+        formeRubriquesMariage_->parentWidget()->setVisible(formeRubriquesMariage_->rowCount() > 0);
+        textesMariage_[0]->setPlainText(Q(f.texteMar1));
+        textesMariage_[1]->setPlainText(Q(f.texteMar2));
+        notesMariage_->setVisible(f.texteMarPropose);
         Coche(optTxtMar_, f.optTxtMar);
+        defileMariage_->setVisible(fusionne);
         etape_->setText(MT(kFusionEtapes + 2));
         panneaux_->setCurrentIndex(kPageMariage);
         conjoint_->setFocus();
@@ -450,6 +490,36 @@ void FrmFusionQt::MontreEtape() {
     }
 }
 
+void FrmFusionQt::MontreRubriques(QFormLayout* forme, const std::vector<RubriqueFusion>& lignes) {
+    while (forme->rowCount()) forme->removeRow(0);
+    QWidget* parent = forme->parentWidget();
+    for (const auto& r : lignes) {
+        if (r.dates.valeurs.empty()) continue;
+        auto* ligne = new QWidget(parent);
+        auto* h = new QHBoxLayout(ligne);
+        h->setContentsMargins(0, 0, 0, 0);
+        if (r.avecDate) h->addWidget(Liste(r.dates, ListeEtroite(ligne)));
+        h->addWidget(Liste(r.valeurs, ListeEtroite(ligne)), 1);
+        forme->addRow(Q(r.libelle), ligne);
+    }
+}
+
+void FrmFusionQt::LitRubriques(QFormLayout* forme, std::vector<RubriqueFusion>& lignes) {
+    int rang = 0;
+    for (auto& r : lignes) {
+        if (r.dates.valeurs.empty()) continue;
+        QLayoutItem* item = forme->itemAt(rang++, QFormLayout::FieldRole);
+        if (!item || !item->widget()) return;
+        const auto boites = item->widget()->findChildren<QComboBox*>();
+        if (r.avecDate && boites.size() == 2) {
+            r.dates.choix = boites[0]->currentIndex();
+            r.valeurs.choix = boites[1]->currentIndex();
+        } else if (!boites.isEmpty()) {
+            r.valeurs.choix = boites.back()->currentIndex();
+        }
+    }
+}
+
 // The choices shown go back to the logic before it moves on.
 void FrmFusionQt::LitEtape() {
     using E = FrmFusion::Etape;
@@ -460,18 +530,7 @@ void FrmFusionQt::LitEtape() {
                             &f.lstLNaiss, &f.lstDDeces, &f.lstLDeces};
         for (std::size_t i = 0; i < listes_.size(); ++i) l[i]->choix = listes_[i]->currentIndex();
         f.chkAutPre = autrePrenom_->isChecked();
-        int ligne = 0;
-        for (auto& r : f.rubriques) {
-            if (r.dates.valeurs.empty()) continue;
-            auto* w = formeRubriques_->itemAt(ligne++, QFormLayout::FieldRole)->widget();
-            const auto boites = w->findChildren<QComboBox*>();
-            if (r.avecDate && boites.size() == 2) {
-                r.dates.choix = boites[0]->currentIndex();
-                r.valeurs.choix = boites[1]->currentIndex();
-            } else if (!boites.isEmpty()) {
-                r.valeurs.choix = boites.back()->currentIndex();
-            }
-        }
+        LitRubriques(formeRubriques_, f.rubriques);
         return;
     }
     case E::TXT:
@@ -484,7 +543,8 @@ void FrmFusionQt::LitEtape() {
     case E::MARIAGE:
         f.lstDMar.choix = dateMariage_->currentIndex();
         f.lstLMar.choix = lieuMariage_->currentIndex();
-        f.optTxtMar = ChoixDe(optTxtMar_);
+        LitRubriques(formeRubriquesMariage_, f.rubriquesMariage);
+        if (f.texteMarPropose) f.optTxtMar = ChoixDe(optTxtMar_);
         return;
     case E::ENFT:
         f.choixEnfant = enfant_->currentIndex();

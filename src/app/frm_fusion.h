@@ -48,6 +48,9 @@ class FrmFusionQt : public FormulaireQt {
     void MontreEtape();
     void LitEtape();
     QComboBox* Liste(const ListeFusion& l, QComboBox* boite);
+    // The rubric rows of a panel, and the choices read back from them.
+    void MontreRubriques(QFormLayout* forme, const std::vector<RubriqueFusion>& lignes);
+    static void LitRubriques(QFormLayout* forme, std::vector<RubriqueFusion>& lignes);
     QGroupBox* Options(QButtonGroup*& groupe, std::array<QRadioButton*, 3>& boutons);
     void Ferme();
 
@@ -83,6 +86,11 @@ class FrmFusionQt : public FormulaireQt {
     QLabel* lblConjoint_;
     QComboBox *conjoint_, *dateMariage_, *lieuMariage_;
     QLabel *lblDateMariage_, *lblLieuMariage_;
+    QScrollArea* defileMariage_; // VScroll2: what differs between the two marriages
+    QWidget* detailMariage_;
+    QFormLayout* formeRubriquesMariage_;
+    QWidget* notesMariage_;
+    std::array<QPlainTextEdit*, 2> textesMariage_{};
     QGroupBox* cadreTexteMariage_;
     QButtonGroup* optTxtMar_;
     std::array<QRadioButton*, 3> boutonsTxtMar_{};

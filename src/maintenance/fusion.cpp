@@ -759,8 +759,12 @@ std::array<ValeurRubrique, 10> RubriquesChoisies(const TableValeursRubriques& a,
     for (std::size_t i = 0; i < r.size(); ++i) {
         const ValeurRubrique va = i < a.size() ? a[i] : ValeurRubrique{};
         const ValeurRubrique vb = i < b.size() ? b[i] : ValeurRubrique{};
-        const bool videA = va.jourMois.empty() && va.annee.empty() && va.valeur.empty();
-        r[i] = videA ? vb : va;
+        // The date and the value are two lists of the wizard: each is taken
+        // on its own.
+        const bool sansDate = Trim(va.jourMois).empty() && Trim(va.annee).empty();
+        r[i].jourMois = sansDate ? vb.jourMois : va.jourMois;
+        r[i].annee = sansDate ? vb.annee : va.annee;
+        r[i].valeur = Trim(va.valeur).empty() ? vb.valeur : va.valeur;
     }
     return r;
 }

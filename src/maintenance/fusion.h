@@ -93,7 +93,7 @@ std::string JoinsNotes(const std::string& premier, const std::string& second);
 // they differ.
 ChoixTexte ChoixNotes(const std::string& premier, const std::string& second);
 // The rubric values kept before the user chooses, slot by slot: the first
-// side's unless it has nothing there.
+// side's date and value, each unless it has none there.
 std::array<ValeurRubrique, 10> RubriquesChoisies(const TableValeursRubriques& premier,
                                                  const TableValeursRubriques& second);
 

@@ -6,10 +6,13 @@
 #include "app/frm_fusion.h"
 #include "app/frm_misajour.h"
 #include "fenetre_test.h"
+#include "store/liens.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QGroupBox>
 #include <QLabel>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStackedWidget>
@@ -32,10 +35,19 @@ struct FenetreFusion : test::FenetreTest {
         Parametres p;
         Base b(systemeReel(), p);
         b.Nouvelle(base);
+        // One marriage rubric with a date; the two marriages differ in it,
+        // in their place and in their notes.
+        auto& slots = b.TeteModifiable().rubriquesMariage;
+        slots[0] = b.Tete().rubriquesPersonne[0];
+        slots[0].drapeau = '1';
         for (int i = 0; i < 2; ++i) {
             const auto h = b.CreePersonne("Martin", "Jean", "", 'H', i ? "" : "1850");
             const auto f = b.CreePersonne("Durand", "Marie", "Louise", 'F', "1852");
-            b.CreeMariage(h, f, "1875");
+            const auto m = b.CreeMariage(h, f, "1875");
+            std::array<ValeurRubrique, 10> v{};
+            v[0] = {"", i ? "" : "1880", i ? "Laboureur" : "Cultivateur"};
+            b.EcritNoteMariage(m, std::string(i ? " @Lyon" : " @Paris") + LignesRubriques(slots, v) +
+                                      "\r\n\r\n" + (i ? "Note deux" : "Note un"));
         }
         b.FermeBase();
         OuvreFenetre(base, 1);
@@ -111,6 +123,56 @@ TEST_F(FenetreFusion, SheetButtonOpensTheWindowOnItsMarriage) {
     const std::string m = std::to_string(fenetre->logique().base()->Mariages(1).at(0));
     EXPECT_EQ(plage, m + "/" + m);
     EXPECT_TRUE(FrmFusion::PlageDemandee().empty());
+}
+
+// The marriage panel on screen: the rubric and the notes that differ are
+// offered below the spouse, and what is chosen there is what the kept
+// marriage holds after the merge.
+TEST_F(FenetreFusion, MarriagePanelChoicesReachTheBase) {
+    FrmFusionQt w(fenetre->contexte());
+    w.resize(1100, 600);
+    w.show();
+    w.findChild<QRadioButton*>(QStringLiteral("OptSeuil0"))->click();
+    ASSERT_EQ(w.grille()->rowCount(), 2);
+    w.grille()->setCurrentCell(0, 0);
+    ASSERT_TRUE(w.findChild<QLabel*>(QStringLiteral("LblFiche0"))->text().contains(QStringLiteral("Jean")));
+    const std::uint32_t k = w.logique().Fiche(0);
+    w.fusion()->click();
+    w.suite()->click();
+    ASSERT_EQ(w.logique().etape(), FrmFusion::Etape::MARIAGE);
+    QApplication::processEvents();
+    auto* rubriques = w.findChild<QWidget*>(QStringLiteral("PnlMotMariage"));
+    ASSERT_NE(rubriques, nullptr);
+    EXPECT_TRUE(rubriques->isVisible());
+    const auto listes = rubriques->findChildren<QComboBox*>();
+    ASSERT_EQ(listes.size(), 2); // its date, its value
+    ASSERT_EQ(listes[1]->count(), 2);
+    listes[1]->setCurrentIndex(1);
+    auto* lieu = w.findChild<QComboBox*>(QStringLiteral("LstLMar"));
+    ASSERT_NE(lieu, nullptr);
+    EXPECT_EQ(lieu->currentText(), QStringLiteral("Lyon")); // the kept one's
+    auto* notes = w.findChild<QGroupBox*>(QStringLiteral("OptTxtMar"));
+    ASSERT_NE(notes, nullptr);
+    EXPECT_TRUE(notes->isVisible());
+    notes->findChildren<QRadioButton*>()[1]->click();
+
+    // Yes (the default button) to the merge, from a timer: the box is modal.
+    QTimer oui;
+    QObject::connect(&oui, &QTimer::timeout, [] {
+        if (auto* m = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            m->defaultButton()->click();
+    });
+    oui.start(10);
+    w.suite()->click();
+    oui.stop();
+    ASSERT_EQ(w.logique().etape(), FrmFusion::Etape::Liste);
+    Base& b = *fenetre->logique().base();
+    const std::uint32_t m = b.Mariages(k).at(0);
+    // The value of the second, the year the kept one lacked, its own place.
+    EXPECT_EQ(b.RubriquesMariage(m).at(0).valeur, "Cultivateur");
+    EXPECT_EQ(b.RubriquesMariage(m).at(0).annee, "1880");
+    EXPECT_EQ(b.LieuMariage(m), "Lyon");
+    EXPECT_EQ(b.CorpsNoteMariage(m).substr(0, 7), "Note un");
 }
 
 } // namespace
