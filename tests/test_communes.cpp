@@ -99,6 +99,17 @@ TEST(Communes, BordDeBlocMiseAJourEtReorganisation) {
     EXPECT_EQ(g.Nombre(), 2601u);
 }
 
+TEST(Communes, UneLigatureEstDeuxLettresDuMot) {
+    SystemeMemoire fs;
+    FichierCommunes::Cree(fs, "/c/f.svx", {{"Saint-Jean-de-B\x9C" "uf", "21553", "", "", "", "", "", 0, 0}});
+    FichierCommunes f(fs, "/c/f.svx");
+    for (const char* tape : {"b\x9C" "uf", "BOEUF"}) {
+        const std::uint32_t k = f.ChercheMot(tape);
+        EXPECT_EQ(f.Mot(k), "Boeuf") << tape;
+        EXPECT_EQ(f.CommunesMot(k), std::vector<std::uint32_t>{1});
+    }
+}
+
 TEST(Communes, CeQuiNestPasUnFichierDeCommunes) {
     SystemeMemoire fs;
     ecrireTout(fs, "/c/court.svx", "abc");

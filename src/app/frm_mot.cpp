@@ -1,9 +1,12 @@
 #include "app/frm_mot.h"
 
 #include "app/fenetre_principale.h"
+#include "app/frm_impression.h"
 #include "app/texte_qt.h"
+#include "publish/recapitulation.h"
 #include "text/messages.h"
 #include "text/mots.h"
+#include "ui/frm_evenement.h"
 #include "ui/frm_recherche.h"
 #include "ui/mdiform1.h"
 
@@ -20,6 +23,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
+#include <QPrinter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTabWidget>
@@ -169,6 +173,41 @@ bool ListeMotsQt::eventFilter(QObject* o, QEvent* e) {
 
 // --- FrmLMotCle --------------------------------------------------------------------------------
 
+QPushButton* MenuRecapitulation(MDIForm1& f, FrmLMotCle& logique, QWidget* parent) {
+    auto* bouton = Bouton(parent, "MnuRecap");
+    bouton->setText(M(msg_mots::Recapitulation));
+    auto* menu = new QMenu(bouton);
+    auto* ensemble = new QAction(M(msg_mots::TousIndex), menu);
+    ensemble->setObjectName(QStringLiteral("MnuEnsemble"));
+    ensemble->setCheckable(true);
+    auto* imp = menu->addAction(M(msg_mots::RecapImp), parent, [&f, &logique, ensemble, parent] {
+        Base* b = f.base();
+        if (!b || f.Occupe()) return;
+        QPrinter imprimante(QPrinter::HighResolution);
+        if (!ChoisitImprimante(imprimante, parent)) return;
+        OptionsImpression o;
+        o.papier = ReglagesCourants().Feuille();
+        const bool tous = ensemble->isChecked();
+        MetriqueQt m;
+        ImprimeDocument(imprimante, m, [&](Surface& s) {
+            return ImprimeRecapitulation(*b, s, o, logique.Contenu(tous), logique.TitreRecapitulation(tous))
+                       ? FinPages::Termine
+                       : FinPages::Arrete;
+        });
+    });
+    imp->setObjectName(QStringLiteral("MnuRecapImp"));
+    for (bool html : {false, true}) {
+        auto* a = menu->addAction(M(html ? msg_mots::RecapHTML : msg_mots::RecapRTF), parent,
+                                  [&logique, ensemble, html] { logique.EcritRecapitulation(html, ensemble->isChecked()); });
+        a->setObjectName(html ? QStringLiteral("MnuRecapHTML") : QStringLiteral("MnuRecapRTF"));
+    }
+    menu->addSeparator();
+    menu->addAction(ensemble);
+    bouton->setMenu(menu);
+    bouton->setEnabled(logique.Liste().Indexee());
+    return bouton;
+}
+
 std::optional<std::string> ChoisitMotCle(MDIForm1& f, char marque, QWidget* parent) {
     FrmLMotCle logique(f, marque);
     QDialog d(parent);
@@ -178,9 +217,13 @@ std::optional<std::string> ChoisitMotCle(MDIForm1& f, char marque, QWidget* pare
     auto* boutons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, &d);
     boutons->button(QDialogButtonBox::Ok)->setText(M(msg_mots::Valider));
     boutons->button(QDialogButtonBox::Cancel)->setText(M(msg_mots::Annuler));
+    auto* recap = MenuRecapitulation(f, logique, &d);
+    auto* bas = new QHBoxLayout;
+    bas->addWidget(recap);
+    bas->addWidget(boutons, 1);
     auto* l = new QVBoxLayout(&d);
     l->addWidget(liste, 1);
-    l->addWidget(boutons);
+    l->addLayout(bas);
     std::optional<std::string> choix;
     liste->choisi = [&choix](const LigneMotCle& x) { choix = FrmLMotCle::Valeur(x); };
     liste->valide = [&choix, &d](const LigneMotCle& x) {
@@ -252,6 +295,16 @@ FrmMotQt::FrmMotQt(MDIForm1& f, const DemandeMot& d, QWidget* parent)
         });
     usuels_->setMenu(menu);
     usuels_->setEnabled(!menu->isEmpty());
+    // CmdIndEvt: the rubric's event, opened once the value is kept.
+    evenement_ = Bouton(this, "CmdIndEvt");
+    evenement_->setText(M(msg_evt::Evenement) + (logique_.EvenementExiste() ? M(849) : QString()));
+    evenement_->setVisible(logique_.EvenementPossible());
+    connect(evenement_, &QPushButton::clicked, this, [this] {
+        logique_.jour = A(jour_->text());
+        logique_.annee = A(annee_->text());
+        logique_.Tape(logique_.valeur, A(valeur_->text()));
+        if (logique_.CmdIndEvt()) accept();
+    });
     valider_ = Bouton(this, "CmdValider");
     valider_->setText(M(msg_mots::Valider));
     valider_->setDefault(true);
@@ -270,6 +323,7 @@ FrmMotQt::FrmMotQt(MDIForm1& f, const DemandeMot& d, QWidget* parent)
     g->setColumnStretch(4, 1);
     auto* boutons = new QHBoxLayout;
     boutons->addWidget(usuels_);
+    boutons->addWidget(evenement_);
     boutons->addStretch(1);
     boutons->addWidget(valider_);
     boutons->addWidget(annuler_);
@@ -281,7 +335,8 @@ FrmMotQt::FrmMotQt(MDIForm1& f, const DemandeMot& d, QWidget* parent)
     setTabOrder(annee_, valeur_);
     setTabOrder(valeur_, liste_->grille());
     setTabOrder(liste_->grille(), usuels_);
-    setTabOrder(usuels_, valider_);
+    setTabOrder(usuels_, evenement_);
+    setTabOrder(evenement_, valider_);
     setTabOrder(valider_, annuler_);
     resize(460, 440);
     (d.date ? jour_ : valeur_)->setFocus();

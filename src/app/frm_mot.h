@@ -57,6 +57,11 @@ class ListeMotsQt : public QWidget {
     std::vector<LigneMotCle> lignes_;
 };
 
+// The recapitulation button of FrmLMotClé: its menu prints the keywords of
+// the kind with their persons, or writes them as RTF or HTML; "Tous index"
+// (`MnuEnsemble`) takes every indexed kind.
+QPushButton* MenuRecapitulation(MDIForm1& f, FrmLMotCle& logique, QWidget* parent);
+
 // FrmLMotClé: the keywords of a kind; answers the one chosen, as a field
 // takes it, or nothing.
 std::optional<std::string> ChoisitMotCle(MDIForm1& f, char marque, QWidget* parent);
@@ -72,6 +77,7 @@ class FrmMotQt : public QDialog {
     QLineEdit* valeur() const { return valeur_; }
     ListeMotsQt* liste() const { return liste_; }
     QPushButton* usuels() const { return usuels_; }
+    QPushButton* evenement() const { return evenement_; }
     void accept() override;
 
   private:
@@ -79,7 +85,7 @@ class FrmMotQt : public QDialog {
     QLabel *lblJour_, *lblAnnee_, *lblValeur_;
     QLineEdit *jour_, *annee_, *valeur_;
     ListeMotsQt* liste_;
-    QPushButton *usuels_, *valider_, *annuler_;
+    QPushButton *usuels_, *evenement_, *valider_, *annuler_;
 };
 
 class FrmMotCleQt : public FormulaireQt {

@@ -29,6 +29,13 @@ std::string Champ(std::string_view v) {
     return s;
 }
 
+// The key keeps the ligatures: in a word they are two letters ("Boeuf").
+const char* Ligature(char c) {
+    if (c == '\x8C') return "OE";
+    if (c == '\xC6') return "AE";
+    return nullptr;
+}
+
 // The words of a name for the word index: its parts of two letters or
 // more, in the form "Capital then lower case".
 std::vector<std::string> MotsDe(const std::string& nom) {
@@ -45,6 +52,7 @@ std::vector<std::string> MotsDe(const std::string& nom) {
     };
     for (char c : cle) {
         if (std::isalnum(static_cast<unsigned char>(c))) mot += c;
+        else if (const char* l = Ligature(c)) mot += l;
         else fin();
     }
     fin();
@@ -340,7 +348,11 @@ std::uint32_t FichierCommunes::ChercheNom(std::string_view nom, bool& exact) {
 
 std::uint32_t FichierCommunes::ChercheMot(std::string_view mot) {
     if (mots_ == 0) return 0;
-    std::string cle = CleCommune(mot);
+    std::string cle;
+    for (char c : CleCommune(mot)) {
+        const char* l = Ligature(c);
+        cle += l ? std::string(l) : std::string(1, c);
+    }
     for (std::size_t i = 1; i < cle.size(); ++i) cle[i] = static_cast<char>(std::tolower(static_cast<unsigned char>(cle[i])));
     std::uint32_t bas = 1, haut = mots_ + 1;
     while (bas < haut) {
