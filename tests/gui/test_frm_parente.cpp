@@ -276,6 +276,9 @@ TEST_F(ParenteTest, Capture) {
     FrmRechAscendantQt* r = Formes<FrmRechAscendantQt>().at(0);
     r->RecoitGlisser('I', 21);
     r->grab().save(QString::fromLocal8Bit(dossierCapture) + "/selection.png");
+    RepondBoite();
+    QTest::mouseClick(r->cmdSpecial(), Qt::LeftButton);
+    QApplication::processEvents();
     QTest::mouseClick(r->cmdMultiple(), Qt::LeftButton);
     QApplication::processEvents();
     if (auto asc = Formes<FrmParenteAscQt>(); !asc.empty()) {
@@ -300,4 +303,13 @@ TEST_F(ParenteTest, Capture) {
     qobject_cast<QMdiSubWindow*>(b->parentWidget())->showMaximized();
     QTest::qWait(200);
     fenetre->grab().save(QString::fromLocal8Bit(dossierCapture) + "/branche.png");
+    // The branch as printed, in the preview.
+    ReglagesCourants().apercu = true;
+    QTest::mouseClick(b->cmdImprimer(), Qt::LeftButton);
+    QApplication::processEvents();
+    if (auto apercus = Formes<FrmPrevisualisationQt>(); !apercus.empty()) {
+        qobject_cast<QMdiSubWindow*>(apercus[0]->parentWidget())->showMaximized();
+        QTest::qWait(200);
+        fenetre->grab().save(QString::fromLocal8Bit(dossierCapture) + "/branche_apercu.png");
+    }
 }
