@@ -207,7 +207,8 @@ void MDIForm1Qt::ConstruitMenus() {
         const bool estMenu = e.parent == Commande::Aucune || e.commande == Commande::MnuHisto ||
                              e.commande == Commande::MnuLangue || e.commande == Commande::MnuReleve ||
                              e.commande == Commande::MnuDeCujus || e.commande == Commande::MnuInternet ||
-                             e.commande == Commande::MnuDepannage || e.commande == Commande::MnuNiveau;
+                             e.commande == Commande::MnuDepannage || e.commande == Commande::MnuNiveau ||
+                             e.commande == Commande::MnuRecapAnniv;
         if (parent && e.separateurAvant) parent->addSeparator();
         if (estMenu) {
             QMenu* m = parent ? parent->addMenu(QString()) : menuBar()->addMenu(QString());

@@ -29,6 +29,12 @@
 namespace sylvane {
 namespace {
 
+// A document on paper goes to the preview, which prints it.
+void Apercu(MDIForm1& f, DocumentApercu d) {
+    ApercuTransmis() = std::move(d);
+    f.services().fenetres.Ouvre("FrmPrevisualisation");
+}
+
 QTableWidget* Grille(QWidget* parent, const char* nom) {
     auto* g = new QTableWidget(parent);
     g->setObjectName(QString::fromLatin1(nom));
@@ -75,7 +81,6 @@ FrmStatsQt::FrmStatsQt(ContexteQt& c, QWidget* parent)
     copier_->setObjectName(QStringLiteral("CmdCopier"));
     imprimer_ = new QPushButton(this);
     imprimer_->setObjectName(QStringLiteral("CmdImprimer"));
-    imprimer_->setEnabled(false); // the tab prints through the copy for now
 
     auto* boutons = new QHBoxLayout;
     boutons->addStretch();
@@ -91,6 +96,8 @@ FrmStatsQt::FrmStatsQt(ContexteQt& c, QWidget* parent)
         Montre();
     });
     connect(copier_, &QPushButton::clicked, this, [this] { Copie(); });
+    connect(imprimer_, &QPushButton::clicked, this,
+            [this] { Apercu(c_.logique, logique_.Impression()); });
     Retraduit();
     setMinimumSize(760, 460);
     // The window shows first; the figures come under the progress panel.
@@ -179,6 +186,8 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
     suivant_ = new QPushButton(this);
     cmdListe_ = new QPushButton(this);
     cmdListe_->setObjectName(QStringLiteral("CmdListe"));
+    cmdDate_ = new QPushButton(this);
+    cmdDate_->setObjectName(QStringLiteral("CmdDate"));
     calendrier_ = Grille(this, "GrdCalendrier");
     calendrier_->setSelectionBehavior(QAbstractItemView::SelectItems);
     calendrier_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -206,7 +215,10 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
     auto* gauche = new QVBoxLayout;
     gauche->addLayout(haut);
     gauche->addWidget(calendrier_, 1);
-    gauche->addWidget(cmdListe_);
+    auto* commandes = new QHBoxLayout;
+    commandes->addWidget(cmdListe_);
+    commandes->addWidget(cmdDate_);
+    gauche->addLayout(commandes);
     auto* droite = new QGridLayout;
     droite->addWidget(lblJour_, 0, 0, 1, 2);
     for (int i = 0; i < 4; ++i) {
@@ -242,6 +254,9 @@ FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
         if (c_.logique.services().fenetres.Disponible("FrmNom"))
             c_.logique.services().fenetres.Ouvre("FrmNom");
     });
+    connect(cmdDate_, &QPushButton::clicked, this, [this] {
+        if (auto d = logique_.RapportCalendrier()) Apercu(c_.logique, std::move(*d));
+    });
     Retraduit();
     setMinimumSize(940, 500);
     QTimer::singleShot(0, this, [this] { Charge(); });
@@ -252,6 +267,7 @@ void FrmAnnivQt::Retraduit() {
     precedent_->setText(M(msg_stats::MoisPrecedent));
     suivant_->setText(M(msg_stats::MoisSuivant));
     cmdListe_->setText(M(msg_stats::Liste));
+    cmdDate_->setText(M(msg_stats::Date));
     static constexpr int kTitres[4] = {754, 755, 642, msg_stats::RubriquesDatees};
     for (int i = 0; i < 4; ++i) titres_[i]->setText(M(kTitres[i]));
     MontreMois();
@@ -260,6 +276,12 @@ void FrmAnnivQt::Retraduit() {
 void FrmAnnivQt::Charge() {
     logique_.Charge();
     MontreMois();
+    // Opened from an entry of the year's recapitulation: the year goes
+    // there first, and the calendar report will go there too.
+    const std::string nom = A(objectName());
+    logique_.destination = FrmAnniv::DestinationDe(nom);
+    if (nom.find(':') != std::string::npos)
+        if (auto d = logique_.Recapitulation()) Apercu(c_.logique, std::move(*d));
 }
 
 void FrmAnnivQt::MontreMois() {

@@ -55,7 +55,7 @@ class FrmAnnivQt : public FormulaireQt {
     ContexteQt& c_;
     FrmAnniv logique_;
     QLabel *lblMois_, *lblJour_;
-    QPushButton *precedent_, *suivant_, *cmdListe_;
+    QPushButton *precedent_, *suivant_, *cmdListe_, *cmdDate_;
     QTableWidget* calendrier_;
     QTableWidget* listes_[4];
     QLabel* titres_[4];

@@ -2,9 +2,11 @@
 // scripts of users who chart them elsewhere.
 #include "cli/session.h"
 #include "cli/verbes.h"
+#include "publish/anniversaires_rapport.h"
 #include "search/anniversaires.h"
 #include "search/statistiques.h"
 #include "text/mots.h"
+#include "text/utf8.h"
 
 #include <ostream>
 
@@ -87,7 +89,7 @@ int VerbeStats(const Arguments& args, std::ostream& out, std::ostream& err) {
 }
 
 int VerbeAnniversaries(const Arguments& args, std::ostream& out, std::ostream& err) {
-    Options o(args, {"month", "day"}, {});
+    Options o(args, {"month", "day", "html", "rtf"}, {});
     const std::string chemin = BaseSeule(o, "anniversaries");
     const long mois = o.entier("month", 0), jour = o.entier("day", 0);
     if (mois < 0 || mois > 12) throw ErreurUsage{"--month : de 1 \xC3\xA0 12"};
@@ -99,6 +101,24 @@ int VerbeAnniversaries(const Arguments& args, std::ostream& out, std::ostream& e
     Base& b = s.Lit(chemin);
     Calendrier c;
     c.Construit(b, Interaction{});
+    // As a report: the year's recapitulation, or with a month its calendar report.
+    if (o.a("html") || o.a("rtf")) {
+        if (o.a("html") && o.a("rtf")) throw ErreurUsage{"--html ou --rtf, pas les deux"};
+        if (jour) throw ErreurUsage{"--day ne vaut pas pour un rapport"};
+        PeriodeAnniv p;
+        if (mois) {
+            p.recapitulation = false;
+            p.premier = Calendrier::JourDeLAn(1, static_cast<int>(mois));
+            p.dernier = p.premier;
+            while (Calendrier::JourMois(p.dernier + 1).second == mois && p.dernier < 365) ++p.dernier;
+        }
+        const bool html = o.a("html");
+        const std::string sortie = CheminInterne(o.valeur(html ? "html" : "rtf"));
+        EcritAnniversaires(b, b.Systeme(), c, p, html ? DestinationAnniv::HTML : DestinationAnniv::RTF,
+                           sortie, Interaction{});
+        b.Abandonne();
+        return 0;
+    }
     for (int d = 0; d < 366; ++d) {
         const auto [j, m] = Calendrier::JourMois(d);
         if ((mois && m != mois) || (jour && j != jour)) continue;

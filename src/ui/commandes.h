@@ -30,7 +30,7 @@ enum class Commande {
     MnuSylvane97, MnuDoublonMariage, CmdRemplacement,
     // Display.
     MnuParametres, MnuMotCle, MnuCommune, MnuCalendrier, MnuStatistiques, MnuAnniv,
-    MnuUsuels, MnuAfffic,
+    MnuRecapAnniv, MnuImpAnniv, MnuRTFAnniv, MnuHTMLAnniv, MnuUsuels, MnuAfffic,
     // Window.
     MnuGauche, MnuDroite, MnuAgrandir, MnuDiminuer, MnuArranger, MnuNiveau1, MnuNiveau2,
     MnuNiveau3, MnuNiveau4,
