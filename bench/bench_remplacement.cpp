@@ -1,15 +1,11 @@
 // The replacement of a keyword held by every one of 100,000 persons, in a
 // real file: the notes rewritten, the index moved and the commit, against
 // a target of one second. Also the merge into a word the index already has.
-#include "store/base.h"
+#include "base_modele.h"
 #include "store/fichier.h"
-#include "store/fichier_memoire.h"
 #include "store/remplacement.h"
 
 #include <benchmark/benchmark.h>
-
-#include <fstream>
-#include <random>
 
 using namespace sylvane;
 
@@ -22,43 +18,19 @@ const std::string kChemin = "/tmp/sylvane_bench_remplacement.sv2";
 // Every person a "laboureur" but one in ten a "tisserand"; a third of the
 // men married at "Paris" (a keyword of both spouses).
 void Prepare() {
-    static bool fait = false;
-    if (fait) return;
-    fait = true;
-    SystemeMemoire fs;
-    Parametres p;
-    Base b(fs, p);
-    b.Nouvelle("/b.sv2");
-    std::mt19937 rng(11);
-    b.DebutLot();
-    std::vector<std::uint32_t> femmes;
-    for (std::uint32_t i = 1; i <= kPersonnes; ++i) {
-        const char sexe = "HF"[rng() % 2];
-        const std::uint32_t n =
-            b.CreePersonne("Nom" + std::to_string(rng() % 3000), "Prenom" + std::to_string(rng() % 200),
-                           "", sexe, std::to_string(1700 + rng() % 200));
-        const std::string suite = std::string(" $Lieu") + std::to_string(rng() % 2000) +
-                                  "\r\nOCCU  \\laboureur" + (i % 10 ? "" : " \\tisserand");
-        b.EcritNote(n, b.LitNote(n) + suite);
-        b.AjoutLot(n, suite);
-        if (sexe == 'F') femmes.push_back(n);
-        if (sexe == 'H' && rng() % 3 == 0 && !femmes.empty()) {
-            const std::uint32_t f = femmes[rng() % femmes.size()];
+    FabriqueModele(
+        kModele, 11, kPersonnes,
+        [](std::mt19937&, std::uint32_t i) {
+            return std::string("laboureur") + (i % 10 ? "" : " \\tisserand");
+        },
+        [](Base& b, std::mt19937& rng, std::uint32_t n, char sexe, const PersonnesModele& ps) {
+            if (sexe != 'H' || rng() % 3 != 0 || ps.femmes.empty()) return;
+            const std::uint32_t f = ps.femmes[rng() % ps.femmes.size()];
             const std::uint32_t m = b.CreeMariage(n, f, std::to_string(1720 + rng() % 200));
             b.EcritNoteMariage(m, "1750 @Paris");
             b.AjoutLot(n, "@Paris");
             b.AjoutLot(f, "@Paris");
-        }
-    }
-    b.FinLot();
-    b.FermeBase();
-    std::ofstream(kModele, std::ios::binary) << fs.contenu("/b.sv2");
-}
-
-void Copie() {
-    std::ifstream in(kModele, std::ios::binary);
-    std::ofstream out(kChemin, std::ios::binary);
-    out << in.rdbuf();
+        });
 }
 
 void Remplace(benchmark::State& state, const DemandeRemplacement& d) {
@@ -67,7 +39,7 @@ void Remplace(benchmark::State& state, const DemandeRemplacement& d) {
     std::size_t occurrences = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        Copie();
+        CopieModele(kModele, kChemin);
         Base b(systemeReel(), p);
         b.Ouvre(kChemin);
         state.ResumeTiming();
