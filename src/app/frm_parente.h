@@ -27,6 +27,8 @@ class FrmRechAscendantQt : public FormulaireQt {
     Q_OBJECT
   public:
     explicit FrmRechAscendantQt(ContexteQt& c, QWidget* parent = nullptr);
+    // Room for the three columns and the buttons.
+    QSize sizeHint() const override { return {640, 380}; }
     void Retraduit() override;
     void PersonneChangee() override;
     void RecoitGlisser(char genre, std::uint32_t numero) override;
@@ -87,6 +89,7 @@ class FrmParenteVisuQt : public FormulaireQt {
     Q_OBJECT
   public:
     explicit FrmParenteVisuQt(ContexteQt& c, QWidget* parent = nullptr);
+    QSize sizeHint() const override { return {900, 600}; }
     void Retraduit() override;
     void PersonneChangee() override;
 
@@ -119,6 +122,8 @@ class FrmParenteAscQt : public FormulaireQt {
     Q_OBJECT
   public:
     explicit FrmParenteAscQt(ContexteQt& c, QWidget* parent = nullptr);
+    // The couples, their children and places side by side.
+    QSize sizeHint() const override { return {900, 480}; }
     void Retraduit() override;
 
     FrmParenteAsc& logique() { return logique_; }
@@ -140,6 +145,7 @@ class FrmBrancheQt : public FormulaireQt {
     Q_OBJECT
   public:
     FrmBrancheQt(ContexteQt& c, bool descendante, QWidget* parent = nullptr);
+    QSize sizeHint() const override { return {700, 520}; }
     void Retraduit() override;
 
     FrmBranche& logique() { return logique_; }
