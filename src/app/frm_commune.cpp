@@ -58,6 +58,26 @@ void Tape(QLineEdit* champ, const QString& texte) {
     Q_EMIT champ->textEdited(texte);
 }
 
+// While the list of names is open, Enter and Escape are its own: the
+// window's shortcuts on those keys (the sheet validates on Enter) wait.
+class ToucheListe : public QObject {
+  public:
+    ToucheListe(QCompleter* c, QObject* parent) : QObject(parent), c_(c) {}
+    bool eventFilter(QObject* o, QEvent* e) override {
+        if (e->type() == QEvent::ShortcutOverride && c_->popup() && c_->popup()->isVisible()) {
+            const int k = static_cast<QKeyEvent*>(e)->key();
+            if (k == Qt::Key_Return || k == Qt::Key_Enter || k == Qt::Key_Escape) {
+                e->accept();
+                return true;
+            }
+        }
+        return QObject::eventFilter(o, e);
+    }
+
+  private:
+    QCompleter* c_;
+};
+
 } // namespace
 
 FrmCommuneQt::FrmCommuneQt(ContexteQt& c, std::function<void(const std::string&)> prend, QWidget* parent)
@@ -188,6 +208,7 @@ FrmCommuneQt::FrmCommuneQt(ContexteQt& c, std::function<void(const std::string&)
         AllerMot(PremierMot(Q(nom)));
         Montre();
     });
+    connect(commune_, &QLineEdit::textChanged, this, &FrmCommuneQt::Etat);
     // TxtIndex: capitals as the word index holds its words, and the words
     // around the typed one at once.
     connect(index_, &QLineEdit::textEdited, this, [this](const QString& t) {
@@ -404,11 +425,17 @@ std::optional<std::string> ChoisitCommune(ContexteQt& c, const std::string& text
     auto* l = new QVBoxLayout(&d);
     l->setContentsMargins(0, 0, 0, 0);
     l->addWidget(w);
-    // The typed place: its first word is shown, no box is asked.
+    // The typed place: the commune of that very name, or its first word;
+    // no box is asked.
     const QString t = Q(texte).trimmed();
-    w->commune()->setText(t);
+    FichierCommunes& f = *w->logique().Fichier();
+    bool exact = false;
+    const std::uint32_t i = t.isEmpty() ? 0 : f.ChercheNom(A(t), exact);
+    const std::vector<std::uint32_t> communes = exact ? f.CommunesNom(i) : std::vector<std::uint32_t>{};
+    if (!communes.empty()) w->MontreCommune(communes.front());
+    w->commune()->setText(communes.empty() ? t : Q(f.NomIndex(i)));
     w->commune()->setModified(false);
-    const QString premier = PremierMot(t);
+    const QString premier = PremierMot(w->commune()->text());
     w->index()->setText(Q(w->logique().FormeMot(A(premier))));
     w->AllerMot(premier);
     d.resize(900, 520);
@@ -423,8 +450,11 @@ void AideLieu(ContexteQt& c, QLineEdit* champ) {
     completion->setCaseSensitivity(Qt::CaseInsensitive);
     completion->setCompletionMode(QCompleter::UnfilteredPopupCompletion);
     champ->setCompleter(completion);
+    champ->installEventFilter(new ToucheListe(completion, champ));
     // The list follows the text before the field asks its completer.
     QObject::connect(champ, &QLineEdit::textEdited, modele, [&c, modele, completion](const QString& t) {
+        // A name of the list, highlighted or taken, keeps the list.
+        if (modele->stringList().contains(t)) return;
         QStringList noms;
         for (const std::string& n : LieuxProposes(c.logique.app(), A(t))) noms << Q(n);
         if (noms == modele->stringList()) return;
@@ -435,8 +465,11 @@ void AideLieu(ContexteQt& c, QLineEdit* champ) {
         for (const QString& n : noms) large = std::max(large, liste->fontMetrics().horizontalAdvance(n));
         liste->setMinimumWidth(large + liste->style()->pixelMetric(QStyle::PM_ScrollBarExtent) + 24);
     });
-    QObject::connect(completion, qOverload<const QString&>(&QCompleter::activated), champ,
-                     [champ](const QString& t) { Tape(champ, t); });
+    // The field follows the list even when it is not the focus widget,
+    // which alone gets the line edit's own links to its completer.
+    for (auto signal : {qOverload<const QString&>(&QCompleter::activated),
+                        qOverload<const QString&>(&QCompleter::highlighted)})
+        QObject::connect(completion, signal, champ, [champ](const QString& t) { Tape(champ, t); });
     auto* f4 = new QAction(champ);
     f4->setShortcut(QKeySequence(Qt::Key_F4));
     f4->setShortcutContext(Qt::WidgetShortcut);

@@ -2,6 +2,7 @@
 
 #include "app/choix_fiche_qt.h"
 #include "app/fenetre_principale.h"
+#include "app/frm_commune.h"
 #include "app/frm_texte.h"
 #include "app/modele_glisser.h"
 #include "app/texte_qt.h"
@@ -319,6 +320,7 @@ FrmDesEvtQt::FrmDesEvtQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent),
     jour_->setObjectName(QStringLiteral("LblJourEvt"));
     jour_->setMinimumWidth(jour_->fontMetrics().horizontalAdvance(QStringLiteral("mercredi 30 septembre 00000")));
     lieu_ = new QLineEdit(this);
+    AideLieu(c_, lieu_);
     lieu_->setObjectName(QStringLiteral("TxtLieu"));
     titre_ = new QLineEdit(this);
     titre_->setObjectName(QStringLiteral("TxtLib"));

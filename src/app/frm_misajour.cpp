@@ -1,6 +1,7 @@
 #include "app/frm_misajour.h"
 
 #include "app/choix_fiche_qt.h"
+#include "app/frm_commune.h"
 #include "app/frm_mot.h"
 #include "app/frm_texte.h"
 #include "ui/frm_evenement.h"
@@ -145,6 +146,7 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
         libelle = new QLabel(id);
         libelle->setMinimumWidth(libelle->fontMetrics().horizontalAdvance(QStringLiteral("00 septembre ")));
         QLineEdit* el = Champ_(lieu, id);
+        AideLieu(c_, el);
         boite->addWidget(ea);
         boite->addWidget(label(msg_fiche::Jour, id));
         boite->addWidget(ej);
@@ -229,7 +231,7 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     marChamp(0, 2, msg_fiche::Jour, Champ::JMar);
     libJMar_ = new QLabel(cadreMar);
     gm->addWidget(libJMar_, 0, 4);
-    marChamp(1, 0, msg_fiche::Lieu, Champ::LieuMar);
+    AideLieu(c_, marChamp(1, 0, msg_fiche::Lieu, Champ::LieuMar));
     marChamp(1, 2, msg_fiche::AnFin, Champ::Fmar);
     noteMar_ = new QLabel(cadreMar);
     noteMar_->setWordWrap(true);
