@@ -5,6 +5,8 @@
 #include "text/messages.h"
 #include "ui/frm_listes.h"
 
+#include <cmath>
+
 #include <QBuffer>
 #include <QDesktopServices>
 #include <QDir>
@@ -576,8 +578,9 @@ bool FrmParenteVisuQt::SauveImage(const std::string& chemin) {
     // The canvas at a zoom that keeps the picture within its bounds.
     const double zoom = toile_->zoom;
     const QSize taille = toile_->size();
-    const double reduit = std::min(1.0, static_cast<double>(kCoteImage) /
-                                            std::max({taille.width(), taille.height(), 1}));
+    const double w = std::max(taille.width(), 1), h = std::max(taille.height(), 1);
+    const double reduit =
+        std::min({1.0, kCoteImage / std::max(w, h), std::sqrt(kPixelsImage / (w * h))});
     if (reduit < 1.0) {
         toile_->zoom = zoom * reduit;
         toile_->Ajuste();

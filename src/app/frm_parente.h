@@ -99,9 +99,10 @@ class FrmParenteVisuQt : public FormulaireQt {
     // The pop-up of a node as it is offered, for the tests.
     QMenu* Menu(std::size_t noeud);
     bool SauvePdf(const std::string& chemin);
-    // The drawing as a BMP picture, at most kCoteImage pixels a side.
+    // The drawing as a BMP picture, at most kCoteImage pixels a side and
+    // kPixelsImage in all: a large graph is drawn smaller.
     bool SauveImage(const std::string& chemin);
-    static constexpr int kCoteImage = 12000;
+    static constexpr double kCoteImage = 8000, kPixelsImage = 24e6;
 
   private:
     void Charge(DemandeGraphe d);
