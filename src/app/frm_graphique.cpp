@@ -9,12 +9,10 @@
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPaintEvent>
 #include <QPainter>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -43,45 +41,6 @@ enum : int {
 };
 
 } // namespace
-
-// --- The canvas -------------------------------------------------------------
-
-ToileGraphique::ToileGraphique(ContexteQt& c, FrmGraphique& f, const MetriqueQt& m,
-                               QWidget* parent)
-    : QWidget(parent), c_(c), f_(f), m_(m) {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-}
-
-double ToileGraphique::Echelle() const {
-    // The paper's real size on this screen, times the zoom.
-    return f_.Zoom() * logicalDpiX() / 1440.0;
-}
-
-void ToileGraphique::Ajuste() {
-    const Papier& papier = f_.Plan().geo.papier;
-    const double e = Echelle();
-    resize(static_cast<int>(papier.largeur * e) + 1, static_cast<int>(papier.hauteur * e) + 1);
-    update();
-}
-
-void ToileGraphique::paintEvent(QPaintEvent*) {
-    QPainter p(this);
-    p.fillRect(rect(), palette().window());
-    Base* b = c_.logique.base();
-    if (!f_.Pret() || !b) return;
-    SurfaceQt s(p, m_, Echelle());
-    s.Seule(f_.Ligne(), f_.Colonne());
-    OptionsPages o = f_.Options(*b, c_.logique.app().parametres(), Message(kFeuille));
-    // The sheet on its white paper; the template is read for it alone.
-    const Papier& papier = o.papier;
-    p.fillRect(QRectF(0, 0, papier.largeur * Echelle(), papier.hauteur * Echelle()), Qt::white);
-    try {
-        ImprimePages(systemeReel(), f_.Gabarit(), s, o);
-    } catch (const std::exception&) {
-        // A template that went bad shows an empty sheet; a new drawing
-        // writes it again.
-    }
-}
 
 // --- The window -------------------------------------------------------------
 
@@ -114,18 +73,20 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
     lblFeuillesH_->setBuddy(feuillesH_);
     lblFeuillesV_->setBuddy(feuillesV_);
     apercu_ = new QPushButton(this);
-    precedente_ = new QPushButton(this);
-    suivante_ = new QPushButton(this);
-    feuille_ = new QLabel(this);
-    reduire_ = new QPushButton(this);
-    agrandir_ = new QPushButton(this);
     imprimer_ = new QPushButton(this);
     pdf_ = new QPushButton(this);
-    defile_ = new QScrollArea(this);
-    toile_ = new ToileGraphique(c_, logique_, metrique_, defile_);
-    defile_->setWidget(toile_);
-    defile_->setAlignment(Qt::AlignCenter);
-    defile_->setBackgroundRole(QPalette::Dark);
+    Feuilletage f = FeuilletageDe(logique_);
+    f.papier = [this] { return logique_.Plan().geo.papier; };
+    f.position = [this] { return std::pair{logique_.Ligne(), logique_.Colonne()}; };
+    f.pret = [this] { return logique_.Pret() && c_.logique.base(); };
+    // The template is read for the sheet in course alone.
+    f.dessine = [this](SurfaceQt& s) {
+        ImprimePages(systemeReel(), logique_.Gabarit(), s,
+                     logique_.Options(*c_.logique.base(), c_.logique.app().parametres(),
+                                      Message(kFeuille)));
+    };
+    canevas_ = new CanevasPages(std::move(f), metrique_, this);
+    canevas_->QuandChange([this] { Montre(); });
 
     auto* options = new QHBoxLayout;
     for (QWidget* w : std::initializer_list<QWidget*>{lblType_, type_, lblGenerations_,
@@ -140,17 +101,10 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
                                                       feuillesV_})
         options2->addWidget(w);
     options2->addStretch();
-    auto* feuilles = new QHBoxLayout;
-    for (QWidget* w : std::initializer_list<QWidget*>{precedente_, feuille_, suivante_})
-        feuilles->addWidget(w);
-    feuilles->addStretch();
-    feuilles->addWidget(reduire_);
-    feuilles->addWidget(agrandir_);
     auto* tout = new QVBoxLayout(this);
     tout->addLayout(options);
     tout->addLayout(options2);
-    tout->addLayout(feuilles);
-    tout->addWidget(defile_, 1);
+    tout->addWidget(canevas_, 1);
 
     connect(type_, &QComboBox::activated, this, [this](int i) {
         logique_.genre = static_cast<GenreGraphe>(i);
@@ -163,7 +117,7 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
     });
     connect(couleur_, &QCheckBox::toggled, this, [this](bool v) {
         logique_.couleur = v;
-        toile_->update();
+        canevas_->page()->update();
     });
     connect(direction_, &QComboBox::activated, this, [this](int i) {
         logique_.direction = i;
@@ -198,18 +152,6 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
         ApercuTransmis() = std::move(d);
         c_.logique.services().fenetres.Ouvre("FrmPrevisualisation");
     });
-    connect(precedente_, &QPushButton::clicked, this, [this] {
-        if (logique_.Precedente()) Montre();
-    });
-    connect(suivante_, &QPushButton::clicked, this, [this] {
-        if (logique_.Suivante()) Montre();
-    });
-    connect(reduire_, &QPushButton::clicked, this, [this] {
-        if (logique_.Reduire()) Montre();
-    });
-    connect(agrandir_, &QPushButton::clicked, this, [this] {
-        if (logique_.Agrandir()) Montre();
-    });
     connect(imprimer_, &QPushButton::clicked, this, [this] { Imprime(); });
     connect(pdf_, &QPushButton::clicked, this, [this] {
         const auto chemin = c_.logique.services().fichiers.Enregistrer(
@@ -237,10 +179,10 @@ void FrmGraphiqueQt::Retraduit() {
     lblFeuillesH_->setText(M(msg_impression::FeuillesH));
     lblFeuillesV_->setText(M(msg_impression::FeuillesV));
     apercu_->setText(M(msg_impression::Apercu));
-    precedente_->setText(M(kPrecedente));
-    suivante_->setText(M(kSuivante));
-    reduire_->setText(M(kReduire));
-    agrandir_->setText(M(kAgrandir));
+    canevas_->precedente()->setText(M(kPrecedente));
+    canevas_->suivante()->setText(M(kSuivante));
+    canevas_->reduire()->setText(M(kReduire));
+    canevas_->agrandir()->setText(M(kAgrandir));
     imprimer_->setText(M(kImprimer));
     pdf_->setText(M(kPdf));
     Montre();
@@ -266,18 +208,18 @@ void FrmGraphiqueQt::Redessine() {
 
 void FrmGraphiqueQt::Montre() {
     const bool pret = logique_.Pret();
-    feuille_->setText(pret ? MT(kFeuille) + QStringLiteral(" %1/%2  (%3 / %4)")
+    canevas_->legende()->setText(pret ? MT(kFeuille) + QStringLiteral(" %1/%2  (%3 / %4)")
                                                 .arg(logique_.Ligne())
                                                 .arg(logique_.Colonne())
                                                 .arg(logique_.Rang())
                                                 .arg(logique_.NombreFeuilles())
                            : MT(kSansGraphe));
-    precedente_->setEnabled(pret && logique_.Rang() > 1);
-    suivante_->setEnabled(pret && logique_.Rang() < logique_.NombreFeuilles());
+    canevas_->precedente()->setEnabled(pret && logique_.Rang() > 1);
+    canevas_->suivante()->setEnabled(pret && logique_.Rang() < logique_.NombreFeuilles());
     imprimer_->setEnabled(pret);
     pdf_->setEnabled(pret);
     apercu_->setEnabled(pret);
-    toile_->Ajuste();
+    canevas_->Ajuste();
 }
 
 bool FrmGraphiqueQt::SauvePdf(const QString& chemin) {

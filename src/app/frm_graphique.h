@@ -3,6 +3,7 @@
 // FrmGraphique; this window only shows it and forwards.
 #pragma once
 
+#include "app/canevas_pages.h"
 #include "app/formulaires.h"
 #include "app/surface_qt.h"
 #include "ui/frm_graphique.h"
@@ -13,27 +14,9 @@ class QCheckBox;
 class QComboBox;
 class QLabel;
 class QPushButton;
-class QScrollArea;
 class QSpinBox;
 
 namespace sylvane {
-
-// The current sheet, drawn at the zoom through the chart surface.
-class ToileGraphique : public QWidget {
-    Q_OBJECT
-  public:
-    ToileGraphique(ContexteQt& c, FrmGraphique& f, const MetriqueQt& m, QWidget* parent);
-    void Ajuste();
-
-  protected:
-    void paintEvent(QPaintEvent* e) override;
-
-  private:
-    double Echelle() const;
-    ContexteQt& c_;
-    FrmGraphique& f_;
-    const MetriqueQt& m_;
-};
 
 class FrmGraphiqueQt : public FormulaireQt {
     Q_OBJECT
@@ -43,7 +26,7 @@ class FrmGraphiqueQt : public FormulaireQt {
     void PersonneChangee() override;
 
     FrmGraphique& logique() { return logique_; }
-    QLabel* feuille() const { return feuille_; }
+    QLabel* feuille() const { return canevas_->legende(); }
     // Writes the chart to a PDF file; false with a box on a failure.
     bool SauvePdf(const QString& chemin);
 
@@ -66,10 +49,8 @@ class FrmGraphiqueQt : public FormulaireQt {
     QCheckBox* detaille_;
     QSpinBox *feuillesH_, *feuillesV_;
     QPushButton* apercu_;
-    QPushButton *precedente_, *suivante_, *reduire_, *agrandir_, *imprimer_, *pdf_;
-    QLabel* feuille_;
-    QScrollArea* defile_;
-    ToileGraphique* toile_;
+    QPushButton *imprimer_, *pdf_;
+    CanevasPages* canevas_;
 };
 
 } // namespace sylvane

@@ -22,7 +22,6 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
-#include <QScrollArea>
 #include <QSpinBox>
 #include <QVBoxLayout>
 
@@ -364,75 +363,24 @@ void FrmImpressionQt::Valide() {
 
 // --- The preview ------------------------------------------------------------------------
 
-ToileApercu::ToileApercu(Previsualisation& p, const MetriqueQt& m, QWidget* parent)
-    : QWidget(parent), p_(p), m_(m) {
-    setAttribute(Qt::WA_OpaquePaintEvent);
-}
-
-double ToileApercu::Echelle() const { return p_.Zoom() * logicalDpiX() / 1440.0; }
-
-void ToileApercu::Ajuste() {
-    const sylvane::Papier& papier = p_.Document().papier;
-    const double e = Echelle();
-    resize(static_cast<int>(static_cast<double>(papier.largeur) * e) + 1,
-           static_cast<int>(static_cast<double>(papier.hauteur) * e) + 1);
-    update();
-}
-
-void ToileApercu::paintEvent(QPaintEvent*) {
-    QPainter p(this);
-    p.fillRect(rect(), Qt::white);
-    if (p_.NombrePages() == 0 || !p_.Document().dessine) return;
-    SurfaceQt s(p, m_, Echelle());
-    const auto [ligne, colonne] = p_.Position();
-    s.Seule(ligne, colonne);
-    try {
-        p_.Document().dessine(s);
-    } catch (const std::exception&) {
-        // A base or template that went away shows an empty page.
-    }
-}
-
 FrmPrevisualisationQt::FrmPrevisualisationQt(ContexteQt& c, QWidget* parent)
     : FormulaireQt(parent), c_(c), logique_(c.logique.app().fs()) {
     logique_.Charge(std::exchange(ApercuTransmis(), DocumentApercu{}), metrique_);
-    precedente_ = new QPushButton(this);
-    suivante_ = new QPushButton(this);
-    page_ = new QLabel(this);
-    reduire_ = new QPushButton(this);
-    agrandir_ = new QPushButton(this);
+    Feuilletage f = FeuilletageDe(logique_);
+    f.papier = [this] { return logique_.Document().papier; };
+    f.position = [this] { return logique_.Position(); };
+    f.pret = [this] { return logique_.NombrePages() > 0 && logique_.Document().dessine; };
+    f.dessine = [this](SurfaceQt& s) { logique_.Document().dessine(s); };
+    canevas_ = new CanevasPages(std::move(f), metrique_, this);
+    canevas_->QuandChange([this] { Montre(); });
     imprimer_ = new QPushButton(this);
     pdf_ = new QPushButton(this);
     image_ = new QPushButton(this);
     quitter_ = new QPushButton(this);
-    defile_ = new QScrollArea(this);
-    toile_ = new ToileApercu(logique_, metrique_, defile_);
-    defile_->setWidget(toile_);
-    defile_->setAlignment(Qt::AlignCenter);
-    defile_->setBackgroundRole(QPalette::Dark);
-    auto* boutons = new QHBoxLayout;
-    for (QWidget* w : {static_cast<QWidget*>(precedente_), static_cast<QWidget*>(page_),
-                       static_cast<QWidget*>(suivante_)})
-        boutons->addWidget(w);
-    boutons->addStretch();
-    for (QPushButton* b : {reduire_, agrandir_, imprimer_, pdf_, image_, quitter_})
-        boutons->addWidget(b);
+    for (QPushButton* b : {imprimer_, pdf_, image_, quitter_}) canevas_->AjouteBouton(b);
     auto* tout = new QVBoxLayout(this);
-    tout->addLayout(boutons);
-    tout->addWidget(defile_, 1);
+    tout->addWidget(canevas_, 1);
 
-    connect(precedente_, &QPushButton::clicked, this, [this] {
-        if (logique_.Precedente()) Montre();
-    });
-    connect(suivante_, &QPushButton::clicked, this, [this] {
-        if (logique_.Suivante()) Montre();
-    });
-    connect(reduire_, &QPushButton::clicked, this, [this] {
-        if (logique_.Reduire()) Montre();
-    });
-    connect(agrandir_, &QPushButton::clicked, this, [this] {
-        if (logique_.Agrandir()) Montre();
-    });
     connect(imprimer_, &QPushButton::clicked, this, [this] {
         QPrinter imprimante(QPrinter::HighResolution);
         if (ChoisitImprimante(imprimante, this))
@@ -470,10 +418,10 @@ void FrmPrevisualisationQt::Retraduit() {
     setWindowTitle(M(Apercu) + (logique_.Document().titre.empty()
                                     ? QString()
                                     : QStringLiteral(" - ") + Q(logique_.Document().titre)));
-    precedente_->setText(M(4108));
-    suivante_->setText(M(4109));
-    reduire_->setText(M(4110));
-    agrandir_->setText(M(4111));
+    canevas_->precedente()->setText(M(4108));
+    canevas_->suivante()->setText(M(4109));
+    canevas_->reduire()->setText(M(4110));
+    canevas_->agrandir()->setText(M(4111));
     imprimer_->setText(M(4112));
     pdf_->setText(M(4113));
     image_->setText(QStringLiteral("BMP..."));
@@ -488,20 +436,20 @@ void FrmPrevisualisationQt::PersonneChangee() {
 }
 
 void FrmPrevisualisationQt::Montre() {
-    page_->setText(MT(Page) + QStringLiteral(" %1 / %2").arg(logique_.Page()).arg(logique_.NombrePages()));
-    precedente_->setEnabled(logique_.Page() > 1);
-    suivante_->setEnabled(logique_.Page() < logique_.NombrePages());
+    canevas_->legende()->setText(MT(Page) + QStringLiteral(" %1 / %2").arg(logique_.Page()).arg(logique_.NombrePages()));
+    canevas_->precedente()->setEnabled(logique_.Page() > 1);
+    canevas_->suivante()->setEnabled(logique_.Page() < logique_.NombrePages());
     const bool pages = logique_.NombrePages() > 0;
     imprimer_->setEnabled(pages);
     pdf_->setEnabled(pages);
     image_->setEnabled(pages);
-    toile_->Ajuste();
+    canevas_->Ajuste();
 }
 
 bool FrmPrevisualisationQt::SauveImage(const QString& chemin) {
-    QImage im(toile_->size(), QImage::Format_RGB32);
+    QImage im(canevas_->page()->size(), QImage::Format_RGB32);
     im.fill(Qt::white);
-    toile_->render(&im);
+    canevas_->page()->render(&im);
     return im.save(chemin, "BMP");
 }
 

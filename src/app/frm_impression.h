@@ -4,6 +4,7 @@
 // show it, forward, and give the printer, PDF and screen surfaces.
 #pragma once
 
+#include "app/canevas_pages.h"
 #include "app/formulaires.h"
 #include "app/surface_qt.h"
 #include "ui/frm_impression.h"
@@ -19,7 +20,6 @@ class QLineEdit;
 class QPrinter;
 class QPushButton;
 class QRadioButton;
-class QScrollArea;
 class QSpinBox;
 
 namespace sylvane {
@@ -70,22 +70,6 @@ class FrmImpressionQt : public FormulaireQt {
     QPushButton *options_, *ok_, *annuler_;
 };
 
-// The sheet on its white paper, drawn through the chart surface.
-class ToileApercu : public QWidget {
-    Q_OBJECT
-  public:
-    ToileApercu(Previsualisation& p, const MetriqueQt& m, QWidget* parent);
-    void Ajuste();
-    double Echelle() const;
-
-  protected:
-    void paintEvent(QPaintEvent* e) override;
-
-  private:
-    Previsualisation& p_;
-    const MetriqueQt& m_;
-};
-
 class FrmPrevisualisationQt : public FormulaireQt {
     Q_OBJECT
   public:
@@ -94,7 +78,7 @@ class FrmPrevisualisationQt : public FormulaireQt {
     // Opened again: shows the document handed over, if any.
     void PersonneChangee() override;
     Previsualisation& logique() { return logique_; }
-    QLabel* page() const { return page_; }
+    QLabel* page() const { return canevas_->legende(); }
     // Saves the page shown as a picture.
     bool SauveImage(const QString& chemin);
 
@@ -103,11 +87,8 @@ class FrmPrevisualisationQt : public FormulaireQt {
     ContexteQt& c_;
     Previsualisation logique_;
     MetriqueQt metrique_;
-    QPushButton *precedente_, *suivante_, *reduire_, *agrandir_, *imprimer_, *pdf_, *image_,
-        *quitter_;
-    QLabel* page_;
-    QScrollArea* defile_;
-    ToileApercu* toile_;
+    QPushButton *imprimer_, *pdf_, *image_, *quitter_;
+    CanevasPages* canevas_;
 };
 
 class FrmPrinterQt : public FormulaireQt {
