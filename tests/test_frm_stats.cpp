@@ -171,6 +171,22 @@ TEST_F(Famille, LImpressionDUnOngletReprendSaTable) {
     ASSERT_GE(longue.pages.size(), 2u);
     for (const auto& p : longue.pages) EXPECT_NE(std::find(p.begin(), p.end(), "Hommes"), p.end());
     EXPECT_TRUE(longue.Montre("2090/2099 "));
+    // The widest tab still fits the page's width.
+    DefinitMessages({{861, "Statistiques"}, {4560, "D\xE9" "cennie de naissance"},
+                     {4562, "Dur\xE9" "e de vie moyenne"}, {4563, "Dur\xE9" "e de vie des hommes"},
+                     {4564, "Dur\xE9" "e de vie des femmes"}, {4565, "\xC2" "ge moyen du p\xE8" "re"},
+                     {4566, "\xC2" "ge moyen de la m\xE8" "re"}});
+    st.onglet = 4;
+    struct Largeur : SurfaceTextes {
+        double droite = 0;
+        void Texte(double x, double y, std::string_view t, const Police& p, std::int32_t c) override {
+            droite = std::max(droite, x + Mesure().Largeur(t, p));
+            SurfaceTextes::Texte(x, y, t, p, c);
+        }
+    } large;
+    const DocumentApercu ages = st.Impression();
+    EXPECT_EQ(ages.dessine(large), FinPages::Termine);
+    EXPECT_LE(large.droite, static_cast<double>(ages.papier.largeur) * 0.95 + 1);
 }
 
 TEST_F(Famille, LaRecapitulationDeLAnneeEnHtmlEnRtfEtSurPapier) {

@@ -257,24 +257,33 @@ FinRapport ImprimeTable(Base& b, Surface& s, const std::string& titre,
                         const OptionsImpression& o) {
     if (lignes.empty()) return FinRapport::Vide;
     const Metrique& m = s.Mesure();
-    const Police normale{8, false}, grasse{8, true};
+    Police normale{8, false}, grasse{8, true};
     constexpr double kEcart = 240; // between two columns
-    std::vector<double> largeurs(entetes.size(), 0);
+    std::vector<double> largeurs;
     auto mesure = [&](const std::vector<std::string>& l, const Police& p) {
         if (largeurs.size() < l.size()) largeurs.resize(l.size(), 0);
         for (std::size_t i = 0; i < l.size(); ++i) largeurs[i] = std::max(largeurs[i], m.Largeur(l[i], p));
     };
-    mesure(entetes, grasse);
-    for (const auto& l : lignes) mesure(l, normale);
     const double gauche = static_cast<double>(o.papier.largeur) / 20;
+    // A table wider than the page is printed smaller, down to 5 points.
+    for (;;) {
+        largeurs.assign(entetes.size(), 0);
+        mesure(entetes, grasse);
+        for (const auto& l : lignes) mesure(l, normale);
+        double total = 0;
+        for (double l : largeurs) total += l + kEcart;
+        if (total - kEcart <= static_cast<double>(o.papier.largeur) - 2 * gauche || normale.points <= 5) break;
+        normale.points = grasse.points = normale.points - 0.5;
+    }
     const double bas = static_cast<double>(o.papier.hauteur) * (1 - 1.0 / 30);
     const double pas = m.Hauteur(normale) * 1.25;
     Imprimante imp(b, s, o);
     double y = 0;
     auto ligne = [&](const std::vector<std::string>& l, const Police& p) {
         double x = gauche;
+        // The first column (the label) to the left, the figures to the right.
         for (std::size_t i = 0; i < l.size(); ++i) {
-            s.Texte(x, y, l[i], p, 0);
+            s.Texte(i == 0 ? x : x + largeurs[i] - m.Largeur(l[i], p), y, l[i], p, 0);
             x += largeurs[i] + kEcart;
         }
         y += pas;

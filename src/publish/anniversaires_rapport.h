@@ -42,7 +42,8 @@ FinRapport ImprimeAnniversaires(Base& b, Surface& s, const Calendrier& c, const 
                                 const OptionsImpression& o);
 
 // A table on paper under the page head titled `titre`: the headings in
-// bold, then a line for each row, each column as wide as its widest cell.
+// bold, then a line for each row, each column as wide as its widest cell,
+// the first one to the left and the others (the figures) to the right.
 // A row that passes the page's foot goes on a new page under the headings.
 FinRapport ImprimeTable(Base& b, Surface& s, const std::string& titre,
                         const std::vector<std::string>& entetes,
