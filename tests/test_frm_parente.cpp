@@ -255,6 +255,26 @@ TEST_F(Selection, SpecialCousinagesWriteAPagePerPerson) {
     EXPECT_NE(pageF.find(b().NomComplet(H)), std::string::npos);
     EXPECT_TRUE(fs.existe(d + "Sylvane.css"));
 
+    // A write that fails, at any point: the error's box, no result, and
+    // every page there is whole (a temporary may stay while the disk
+    // refuses even its removal; the next writer reuses it).
+    for (long n = 1; n < 20; ++n) {
+        s.boites.textes.clear();
+        fs.echouerApres(n, true);
+        const auto r2 = r.CmdSpecial();
+        const bool panne = fs.enPanne();
+        fs.retablir();
+        if (!panne) break;
+        EXPECT_FALSE(r2) << n;
+        EXPECT_EQ(s.boites.textes.size(), 1u) << n;
+        for (const auto& [chemin, contenu] : fs.fichiers()) {
+            if (chemin.find("/~") == std::string::npos && chemin.size() > 4 &&
+                chemin.compare(chemin.size() - 4, 4, ".htm") == 0) {
+                EXPECT_TRUE(fs.contenu(chemin).ends_with("</HTML>\r\n")) << chemin;
+            }
+        }
+    }
+
     // Stopped at once: no result, no box.
     s.boites.informations.clear();
     s.panneau.arretApres = 0;
