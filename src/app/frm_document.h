@@ -60,6 +60,8 @@ class FrmLstImageQt : public FormulaireQt {
   public:
     FrmLstImageQt(ContexteQt& c, QWidget* parent = nullptr);
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {640, 420}; }
     FrmLstImage& logique() { return logique_; }
     QTableView* grille() const { return grille_; }
     // Reads the list again when a document changed since.
@@ -88,6 +90,8 @@ class FrmDesImageQt : public FormulaireQt {
   public:
     FrmDesImageQt(ContexteQt& c, QWidget* parent = nullptr);
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {560, 420}; }
     FrmDesImage* logique() { return logique_.get(); }
     // The fields to the logic, then its save.
     bool Enregistre();
@@ -126,6 +130,8 @@ class FrmUtilImageQt : public FormulaireQt {
   public:
     FrmUtilImageQt(ContexteQt& c, QWidget* parent = nullptr);
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {520, 360}; }
     void RecoitGlisser(char genre, std::uint32_t numero) override;
     FrmUtilImage* logique() { return logique_.get(); }
     QTableWidget* grille() const { return grille_; }
@@ -149,6 +155,8 @@ class FrmOleQt : public FormulaireQt {
   public:
     FrmOleQt(ContexteQt& c, QWidget* parent = nullptr);
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {640, 480}; }
     FrmOle& logique() { return logique_; }
     QLineEdit* adresse() const { return url_; }
     QPlainTextEdit* texte() const { return texte_; }

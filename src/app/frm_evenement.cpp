@@ -387,7 +387,11 @@ FrmDesEvtQt::FrmDesEvtQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent),
     docs_->setSelectionMode(QAbstractItemView::SingleSelection);
     docs_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     docs_->verticalHeader()->hide();
-    docs_->horizontalHeader()->setStretchLastSection(true);
+    docs_->setWordWrap(false);
+    // The title and the file take the room; the number its own.
+    docs_->setColumnWidth(0, docs_->fontMetrics().horizontalAdvance(QLatin1Char('x')) * 32);
+    docs_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Stretch);
+    docs_->horizontalHeader()->setSectionResizeMode(2, QHeaderView::ResizeToContents);
     gd->addWidget(docs_, 1);
     auto ligneDoc = [this] {
         const auto l = docs_->selectionModel()->selectedRows();
@@ -484,7 +488,7 @@ FrmDesEvtQt::FrmDesEvtQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent),
     setTabOrder(lieu_, titre_);
     setTabOrder(titre_, onglets_);
     L.DefinitVue(this);
-    resize(720, 560);
+    resize(780, 540);
     Retraduit();
 }
 

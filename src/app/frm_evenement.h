@@ -30,6 +30,8 @@ class FrmLstEvtQt : public FormulaireQt, public VueListeEvt {
     explicit FrmLstEvtQt(ContexteQt& c, QWidget* parent = nullptr);
     ~FrmLstEvtQt() override;
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {760, 520}; }
     void PersonneChangee() override;
     void RecoitGlisser(char genre, std::uint32_t numero) override;
     void ListeChangee() override;
@@ -61,6 +63,8 @@ class FrmDesEvtQt : public FormulaireQt, public VueEvenement {
     explicit FrmDesEvtQt(ContexteQt& c, QWidget* parent = nullptr);
     ~FrmDesEvtQt() override;
     void Retraduit() override;
+    // The main window sizes a new window by its hint.
+    QSize sizeHint() const override { return {780, 540}; }
     void PersonneChangee() override;
     void RecoitGlisser(char genre, std::uint32_t numero) override;
     void EvenementChange() override;

@@ -64,6 +64,7 @@ FrmImageQt::FrmImageQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent), c
     vue_->setAlignment(Qt::AlignCenter);
     defilement_->setWidget(vue_);
     defilement_->setFocusPolicy(Qt::StrongFocus);
+    defilement_->viewport()->installEventFilter(this);
     auto* panneau = new QWidget(separation_);
     auto* p = new QVBoxLayout(panneau);
     p->setContentsMargins(4, 4, 4, 4);
@@ -76,12 +77,17 @@ FrmImageQt::FrmImageQt(ContexteQt& c, QWidget* parent) : FormulaireQt(parent), c
     separation_->addWidget(panneau);
     separation_->setStretchFactor(0, 3);
     separation_->setStretchFactor(1, 1);
+    // The picture takes the room; the header panel the width of its lines.
+    separation_->setSizes({sizeHint().width() - 280, 280});
     l->addWidget(separation_);
-    // The form fits the screen.
+    resize(sizeHint());
+}
+
+QSize FrmImageQt::sizeHint() const {
     const QSize ecran = QGuiApplication::primaryScreen()
                             ? QGuiApplication::primaryScreen()->availableSize()
                             : QSize(1024, 768);
-    resize(std::min(900, ecran.width() * 3 / 4), std::min(620, ecran.height() * 3 / 4));
+    return {std::min(900, ecran.width() * 3 / 4), std::min(620, ecran.height() * 3 / 4)};
 }
 
 void FrmImageQt::Retraduit() {
@@ -151,9 +157,11 @@ void FrmImageQt::Affiche() {
     vue_->resize(montree.size());
 }
 
-void FrmImageQt::resizeEvent(QResizeEvent* e) {
-    FormulaireQt::resizeEvent(e);
-    if (facteur_ <= 0) Affiche();
+// A fitted picture follows the size of its view, whatever moved it: the
+// window, the splitter, the first layout.
+bool FrmImageQt::eventFilter(QObject* objet, QEvent* e) {
+    if (objet == defilement_->viewport() && e->type() == QEvent::Resize && facteur_ <= 0) Affiche();
+    return FormulaireQt::eventFilter(objet, e);
 }
 
 static EnregistrementFormulaire enr("FrmImage", [](ContexteQt& c) { return new FrmImageQt(c); });

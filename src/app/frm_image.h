@@ -24,6 +24,8 @@ class FrmImageQt : public FormulaireQt {
   public:
     FrmImageQt(ContexteQt& c, QWidget* parent = nullptr);
     void Retraduit() override;
+    // The main window sizes a new window by its hint: the form fits the screen.
+    QSize sizeHint() const override;
 
     // Shows a file (the document's, or any path for the tests and the
     // benchmark). False when it could not be read.
@@ -40,7 +42,7 @@ class FrmImageQt : public FormulaireQt {
     static bool& BoitesErreur();
 
   protected:
-    void resizeEvent(QResizeEvent* e) override;
+    bool eventFilter(QObject* objet, QEvent* e) override;
 
   private:
     void Affiche();

@@ -10,6 +10,8 @@
 
 #include <magick/api.h>
 
+#include <algorithm>
+
 #include <cstring>
 #include <mutex>
 
@@ -96,6 +98,24 @@ ImageChargee Qt(const std::string& chemin, FormatImage format) {
     return r;
 }
 
+// The greys of a picture stretched so that its lightest is white.
+void EtaleGris(QImage& image) {
+    image = image.convertToFormat(QImage::Format_RGB32);
+    int haut = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* l = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x) haut = std::max(haut, qGray(l[x]));
+    }
+    if (haut == 0 || haut == 255) return;
+    for (int y = 0; y < image.height(); ++y) {
+        auto* l = reinterpret_cast<QRgb*>(image.scanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int g = qGray(l[x]) * 255 / haut;
+            l[x] = qRgb(g, g, g);
+        }
+    }
+}
+
 } // namespace
 
 ImageChargee ChargeImageMagick(const std::string& chemin) {
@@ -156,6 +176,17 @@ ImageChargee ChargeImage(const std::string& chemin) {
         return r.image.isNull() && r.erreur != Raison("Allocation memoire impossible pour DIB")
                    ? (ChargeImageMagick(chemin).image.isNull() ? r : ChargeImageMagick(chemin))
                    : r;
+    }
+    case FormatImage::Cut: {
+        // A Dr. Halo picture without its ".pal" holds bare colour numbers,
+        // read as the darkest greys: they are spread over the grey scale.
+        ImageChargee r = ChargeImageMagick(chemin);
+        const auto point = chemin.rfind('.');
+        const std::string sans = chemin.substr(0, point);
+        if (!r.image.isNull() && !systemeReel().existe(sans + ".pal") &&
+            !systemeReel().existe(sans + ".PAL"))
+            EtaleGris(r.image);
+        return r;
     }
     default: return ChargeImageMagick(chemin);
     }

@@ -94,6 +94,18 @@ TEST_F(Images, EveryFormatShowsWithItsHeader) {
         EXPECT_GT(c.red(), 150) << f;
         EXPECT_LT(c.blue(), 100) << f;
     }
+    // A WordPerfect bitmap runs from blue to yellow through its colour map.
+    ASSERT_TRUE(v.Montre(kImages + "modele.wpg"));
+    EXPECT_GT(v.Image().pixelColor(0, 0).blue(), 200);
+    EXPECT_LT(v.Image().pixelColor(0, 0).red(), 50);
+    EXPECT_GT(v.Image().pixelColor(15, 11).red(), 200);
+    EXPECT_LT(v.Image().pixelColor(15, 11).blue(), 50);
+    // A Dr. Halo picture without its palette: its four colour numbers are
+    // four greys up to white, not four shades of black.
+    ASSERT_TRUE(v.Montre(kImages + "modele.cut"));
+    EXPECT_EQ(v.Image().pixelColor(0, 3), QColor(Qt::white));
+    EXPECT_LT(v.Image().pixelColor(0, 0).lightness(), v.Image().pixelColor(0, 1).lightness());
+    EXPECT_GT(v.Image().pixelColor(0, 0).lightness(), 40);
     // Fitting never enlarges; a zoom of 2 doubles.
     v.Zoom(0);
     EXPECT_EQ(v.vue()->pixmap().size(), QSize(16, 12));

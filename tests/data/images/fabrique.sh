@@ -91,7 +91,8 @@ entete = b'\xffWPC' + struct.pack('<IBBBBHH', 16, 1, 0x16, 1, 0, 0, 0)
 debut = record(0x0F, bytes([1, 0]) + struct.pack('<HH', 100, 100))
 carte = record(0x0E, struct.pack('<HH', 0, 256) + b''.join(bytes([i, i, 255 - i]) for i in range(256)))
 rangee = bytes(x * 16 for x in range(l))
-image = b''.join(bytes([0x80 | len(rangee)]) + rangee for _ in range(h))
+# A count byte with its high bit clear: that many bytes follow as they are.
+image = b''.join(bytes([len(rangee)]) + rangee for _ in range(h))
 bitmap = record(0x0B, struct.pack('<HHHHH', l, h, 8, 75, 75) + image)
 open('modele.wpg', 'wb').write(entete + debut + carte + bitmap + record(0x10, b''))
 EOF
