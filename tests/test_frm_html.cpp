@@ -80,7 +80,7 @@ TEST_F(SiteForme, BusyStoppedOrFailingRunsOfferNoBrowser) {
 
     s.panneau.arretApres = 5;
     EXPECT_EQ(h->Cree(), FrmHTML::Resultat::Arrete);
-    EXPECT_EQ(s.boites.informations.back(), msg_html::Arrete);
+    EXPECT_EQ(s.boites.informations, std::vector<int>{503}) << "a stop says nothing";
     EXPECT_FALSE(fs.existe("/travail/famille/homepage.htm"));
     EXPECT_FALSE(s.panneau.visible);
     s.panneau.arretApres = -1;

@@ -33,10 +33,8 @@ FrmHTML::Resultat FrmHTML::Cree() {
         s.boites.Texte(Utf8VersAnsi(e.what()));
         return Resultat::Erreur;
     }
-    if (!fini) {
-        s.boites.Information(msg_html::Arrete);
-        return Resultat::Arrete;
-    }
+    // A stop ends the run with no word: the pages written stay.
+    if (!fini) return Resultat::Arrete;
     accueil_ = dossier + (dossier.back() == '/' ? "" : "/") + "homepage.htm";
     s.boites.Information(msg_html::Cree);
     if (ouvrirNavigateur && ouvreNavigateur) ouvreNavigateur(accueil_);

@@ -23,7 +23,6 @@ inline constexpr int Fermer = 4454;
 inline constexpr int Navigateur = 4455;
 inline constexpr int PersonneEnCours = 4456;
 inline constexpr int Auteur = 4457;
-inline constexpr int Arrete = 4458;
 inline constexpr int ChoixDossier = 4459;
 inline constexpr int Progres = 4460;
 inline constexpr int Cree = 569;
@@ -47,7 +46,8 @@ class FrmHTML {
     // --- The run -------------------------------------------------------------
     enum class Resultat { Refuse, Arrete, Erreur, Cree };
     // Refused with message 503 while another long operation runs, or with
-    // no base. On success message 569, the author kept in the settings,
+    // no base. A stop ends with no message, the pages written so far kept.
+    // On success message 569, the author kept in the settings,
     // and the home page handed to `ouvreNavigateur` when asked.
     Resultat Cree();
     // The home page of the last site written ("" before).
