@@ -4,12 +4,15 @@
 // pictures of the windows.
 #include "app/frm_mot.h"
 #include "fenetre_test.h"
+#include "store/evenement_edition.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QTest>
@@ -115,4 +118,52 @@ TEST_F(FrmMotTest, ATradeIsReplacedFromTheWindow) {
     EXPECT_EQ(w->logique().Bilan().occurrences, 3u);
     EXPECT_NE(B().LitNote(f.pere).find("\\cultivateur"), std::string::npos);
     Capture(w, "remplacement");
+}
+
+TEST_F(FrmMotTest, ThePickerOfABaptismMakesTheEventAndTheListHasItsSummary) {
+    fenetre->logique().personneFiche = f.moi;
+    char marque = ' ';
+    for (const SlotRubrique& r : RangsRubriques(B(), false))
+        if (r.tag == "CHR") marque = r.symbole;
+    ASSERT_TRUE(ListeMotsCles(B(), marque).Indexee()) << "the baptism rubric's kind keeps its list";
+    QTimer::singleShot(0, [this] {
+        auto* d = qobject_cast<FrmMotQt*>(QApplication::activeModalWidget());
+        ASSERT_NE(d, nullptr);
+        ASSERT_TRUE(d->evenement()->isVisible());
+        d->findChild<QLineEdit*>(QStringLiteral("TxtIndA"))->setText(QStringLiteral("1880"));
+        Capture(d, "mot-evenement");
+        d->evenement()->click();
+    });
+    DemandeMot d{false, marque, "CHR", "Bapt\xEAme", true, "", "", "Caen"};
+    const auto r = EditeMot(fenetre->logique(), d, fenetre.get());
+    ASSERT_TRUE(r) << "the event button keeps the value";
+    const std::uint32_t e = EvenementPrincipal(B(), f.moi, "CHR");
+    ASSERT_NE(e, 0u);
+    EXPECT_EQ(B().LieuEvt(e), "Caen");
+    QApplication::processEvents();
+    EXPECT_NE(fenetre->Formulaire("FrmDesEvt:" + std::to_string(e)), nullptr) << "and opens it";
+    // A trade is no event: no button.
+    QTimer::singleShot(0, [] {
+        auto* d = qobject_cast<FrmMotQt*>(QApplication::activeModalWidget());
+        ASSERT_NE(d, nullptr);
+        EXPECT_FALSE(d->evenement()->isVisible());
+        d->reject();
+    });
+    EditeMot(fenetre->logique(), {false, '\\', "OCCU", "Profession", false, "", "", ""}, fenetre.get());
+
+    // The keyword list of an indexed kind offers its summary.
+    QTimer::singleShot(0, [] {
+        QWidget* l = QApplication::activeModalWidget();
+        ASSERT_NE(l, nullptr);
+        auto* recap = l->findChild<QPushButton*>(QStringLiteral("MnuRecap"));
+        ASSERT_NE(recap, nullptr);
+        EXPECT_TRUE(recap->isEnabled());
+        ASSERT_NE(recap->menu(), nullptr);
+        QStringList noms;
+        for (QAction* a : recap->menu()->actions()) noms << a->objectName();
+        EXPECT_TRUE(noms.contains(QStringLiteral("MnuRecapRTF")) && noms.contains(QStringLiteral("MnuRecapHTML")) &&
+                    noms.contains(QStringLiteral("MnuRecapImp")) && noms.contains(QStringLiteral("MnuEnsemble")));
+        l->close();
+    });
+    ChoisitMotCle(fenetre->logique(), '\\', fenetre.get());
 }
