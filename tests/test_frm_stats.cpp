@@ -53,7 +53,7 @@ struct Famille : ::testing::Test {
     void SetUp() override {
         DefinitMessages({{861, "Statistiques"}, {1174, "G\xE9n\xE9ralit\xE9s"}, {1179, "Mois de naissance"},
                          {730, "janvier"}, {732, "mars"}, {4570, "liste de &1 personnes"},
-                         {4556, "Hommes"}});
+                         {4556, "Hommes"}, {754, "Naissance"}, {642, "Mariage"}});
         app.Demarre();
         app.NouvelleBase("/d/famille.sv2");
         f = std::make_unique<MDIForm1>(app, s.ui());
@@ -256,24 +256,54 @@ TEST_F(Famille, LeRapportDuCalendrierAvecSonIndexEtSesJours) {
     // The index links each day to its heading; the days of other months are not there.
     const auto index = Ou(h, "<TR><TH><A HREF=\"#j72\">12 mars</A></TH><TD>Jean MARTIN, Marie DURAND, "
                              "Jean MARTIN / Marie DURAND</TD><TR>");
-    const auto jour = Ou(h, "<H2><A NAME=\"j72\">12 mars</A></H2>");
+    // The day's heading as the pages have always had it, its anchor left open.
+    const auto jour = Ou(h, "<H2><A NAME=\"j72\">12 mars</H2>\r\n");
     ASSERT_NE(index, std::string::npos);
     ASSERT_NE(jour, std::string::npos);
     EXPECT_LT(index, Ou(h, "<HR>"));
     EXPECT_LT(Ou(h, "<HR>"), jour);
-    EXPECT_EQ(Ou(h, "janvier"), std::string::npos);
-    EXPECT_NE(Ou(h, "<TR CLASS=Femme><TH>Marie DURAND</TH><TD>1855</TD></TR>"), std::string::npos);
-    EXPECT_NE(Ou(h, "<TR><TH>Jean MARTIN / Marie DURAND</TH><TD>1878 Dijon</TD></TR>"), std::string::npos);
+    EXPECT_EQ(Ou(h, "</A></H2>\r\n<H2 ALIGN"), std::string::npos);
+    EXPECT_EQ(Ou(h, "NAME=\"j1\""), std::string::npos); // other months are not there
+    // Then the sheet of each person of the day, as the one-page reports
+    // write it, under the line that says why the person is there; a
+    // marriage brings both spouses, whose names link to their sheets.
+    const auto naissance = Ou(h, "<H2 ALIGN=CENTER><A NAME=\"i" + std::to_string(mere) +
+                                     "\">Marie DURAND</A></H2>\r\n<H4 ALIGN=CENTER>Naissance : 1855</H4>\r\n"
+                                     "<TABLE BORDER=1 WIDTH=\"100%\" class=\"defaut\"><TR><TD>");
+    const auto mariee = Ou(h, "\">Marie DURAND</A></H2>\r\n<H4 ALIGN=CENTER>Mariage : 1878 Dijon</H4>");
+    EXPECT_LT(jour, naissance);
+    EXPECT_LT(naissance, mariee);
+    EXPECT_NE(mariee, std::string::npos);
+    EXPECT_NE(Ou(h, "\">Jean MARTIN</A></H2>\r\n<H4 ALIGN=CENTER>Mariage : 1878 Dijon</H4>"),
+              std::string::npos);
+    EXPECT_NE(Ou(h, "<LI><A HREF=\"#i" + std::to_string(pere) + "\">Jean MARTIN</A>"), std::string::npos);
+    EXPECT_NE(Ou(h, "<LI>Paul MARTIN"), std::string::npos); // the son, born in January: no sheet, no link
     EXPECT_FALSE(fs.contenu(app.parametres().DossierTravail() + "famille/Sylvane.css").empty());
 
-    // On paper: the same days, for the preview.
+    // In RTF: the index, then the day with the sections of the RTF reports.
+    a.destination = DestinationAnniv::RTF;
+    s.fichiers.chemins = {"/t/mars.rtf"};
+    EXPECT_FALSE(a.RapportCalendrier());
+    const std::string r = fs.contenu("/t/mars.rtf");
+    const auto indexRtf = Ou(r, "12 mars}{\\plain \\f0\\fs16 \\tab Jean MARTIN, Marie DURAND");
+    const auto sectionRtf = Ou(r, "{\\plain \\b\\f0 Marie DURAND}");
+    ASSERT_NE(indexRtf, std::string::npos);
+    EXPECT_LT(indexRtf, Ou(r, "\\page "));
+    EXPECT_LT(Ou(r, "\\page "), sectionRtf);
+    EXPECT_NE(Ou(r, "Mariage : 1878 Dijon"), std::string::npos);
+    EXPECT_EQ(r.substr(r.size() - 3), "}\r\n");
+
+    // On paper: the same days, with the printed sheets and the couple's.
     a.destination = DestinationAnniv::Imprimante;
     const auto papier = a.RapportCalendrier();
     ASSERT_TRUE(papier);
     SurfaceTextes surface;
     EXPECT_EQ(papier->dessine(surface), FinPages::Termine);
-    EXPECT_TRUE(surface.Montre("Jean MARTIN / Marie DURAND 1878 Dijon"));
-    EXPECT_FALSE(surface.Montre("janvier"));
+    EXPECT_TRUE(surface.Montre("12 mars"));
+    EXPECT_TRUE(surface.Montre("Naissance : 1855"));
+    EXPECT_TRUE(surface.Montre("Mariage : 1878 Dijon"));
+    EXPECT_TRUE(surface.Montre("Marie DURAND"));
+    EXPECT_FALSE(surface.Montre("Jean MARTIN / Marie DURAND"));
     // A month with nothing: no page at all.
     a.mois = 7;
     SurfaceTextes rien;

@@ -1,6 +1,7 @@
 #include "publish/anniversaires_rapport.h"
 
 #include "publish/contenu.h"
+#include "publish/html.h"
 #include "publish/html_texte.h"
 #include "publish/rtf_rapports.h"
 #include "publish/sortie.h"
@@ -78,22 +79,38 @@ std::string Noms(const Jour& j) {
     return r;
 }
 
-// --- HTML ----------------------------------------------------------------------
-
-const char* ClasseSexe(Base& b, const LigneAnniv& l) {
-    if (l.ref.tag[0] == 'M') return nullptr;
-    const std::string s = b.LitSexe(l.personne);
-    return s == "H" ? "Homme" : s == "F" ? "Femme" : "Indetermine";
+// Why a person stands on a day: the heading of the group or the rubric's
+// label, then the year and the place.
+std::string Occasion(const Groupe& g, const LigneAnniv& l) {
+    const std::string t = l.rubrique.empty() ? Message(g.titre) : l.rubrique;
+    const std::string c = Complement(l);
+    return c.empty() ? t : t + " : " + c;
 }
 
-void EcritHTML(Base& b, SortiePage& s, const std::vector<Jour>& jours, const PeriodeAnniv& p,
-               const std::string& titre, const std::string& banniere) {
-    const std::string table = "<TABLE WIDTH=\"100%\" class=\"defaut\">";
+// The persons whose sections a row brings: the person, or the spouses of a
+// marriage.
+std::vector<std::uint32_t> PersonnesLigne(Base& b, const LigneAnniv& l) {
+    if (l.ref.tag.empty() || l.ref.tag[0] != 'M') return {l.personne};
+    std::vector<std::uint32_t> r;
+    for (std::uint32_t p : {b.LitMari(l.ref.numero), b.LitFemme(l.ref.numero)})
+        if (p) r.push_back(p);
+    return r;
+}
+
+// Each row of the days with the group it belongs to, in the order written.
+template <class F>
+void ChaqueLigne(const Jour& j, F f) {
+    for (const Groupe& g : j.Groupes(false))
+        for (const LigneAnniv& l : *g.lignes) f(g, l);
+}
+
+// --- HTML ----------------------------------------------------------------------
+
+void TeteHTML(Base& b, SortiePage& s, const std::string& t) {
     s.Ligne("<HTML><HEAD>");
     s.Ligne("<META http-equiv=\"Content-Type\" content=\"text/html; charset=iso-8859-1\">");
     if (!b.Params().auteur.empty())
         s.Ligne("<META NAME=\"AUTHOR\" CONTENT=\"" + EntiteHTML(b.Params().auteur) + "\">");
-    const std::string t = p.recapitulation ? "Index" : titre;
     std::string minuscules = t;
     for (char& c : minuscules)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
@@ -102,94 +119,84 @@ void EcritHTML(Base& b, SortiePage& s, const std::vector<Jour>& jours, const Per
     s.Ligne("<LINK REL=\"stylesheet\" TYPE=\"Text/css\" HREF=\"Sylvane.css\">");
     s.Ligne("</HEAD>");
     s.Ligne("<BODY>");
-    if (p.recapitulation) {
-        s.Ligne(table);
-        for (const Jour& j : jours) {
-            s.Ligne("<TH><STRONG>" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) + "</STRONG></TH><TR>");
-            for (const Groupe& g : j.Groupes(true))
-                for (const LigneAnniv& l : *g.lignes)
-                    s.Ligne("<TH></TH><TD>" + EntiteHTML(TexteLigne(l)) + "</TD><TR>");
-            s.Ligne("</TABLE><HR>");
-            s.Ligne(table);
-        }
-        s.Ligne("</TABLE>");
-    } else {
-        s.Ligne("<H2>" + EntiteHTML(titre) + "</H2>");
-        s.Ligne(table);
-        for (const Jour& j : jours)
-            s.Ligne("<TR><TH><A HREF=\"#" + j.Cle() + "\">" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) +
-                    "</A></TH><TD>" + EntiteHTML(Noms(j)) + "</TD><TR>");
-        s.Ligne("</TABLE>");
-        s.Ligne("<HR>");
-        for (const Jour& j : jours) {
-            s.Ligne("<H2><A NAME=\"" + j.Cle() + "\">" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) +
-                    "</A></H2>");
-            for (const Groupe& g : j.Groupes(false)) {
-                if (g.lignes->empty()) continue;
-                s.Ligne("<H4>" + EntiteHTML(Message(g.titre)) + "</H4>");
-                s.Ligne("<TABLE BORDER=1 WIDTH=\"100%\" class=\"defaut\">");
-                for (const LigneAnniv& l : *g.lignes) {
-                    const char* classe = ClasseSexe(b, l);
-                    s.Ligne(std::string(classe ? "<TR CLASS=" + std::string(classe) + ">" : "<TR>") +
-                            "<TH>" + EntiteHTML(Trim(l.nom)) + "</TH><TD>" + EntiteHTML(Complement(l)) +
-                            (l.rubrique.empty() ? "" : " (" + EntiteHTML(l.rubrique) + ")") + "</TD></TR>");
-                }
-                s.Ligne("</TABLE>");
-            }
-        }
+}
+
+const std::string kTableDefaut = "<TABLE WIDTH=\"100%\" class=\"defaut\">";
+
+void RecapitulationHTML(SortiePage& s, const std::vector<Jour>& jours) {
+    s.Ligne(kTableDefaut);
+    for (const Jour& j : jours) {
+        s.Ligne("<TH><STRONG>" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) + "</STRONG></TH><TR>");
+        for (const Groupe& g : j.Groupes(true))
+            for (const LigneAnniv& l : *g.lignes)
+                s.Ligne("<TH></TH><TD>" + EntiteHTML(TexteLigne(l)) + "</TD><TR>");
+        s.Ligne("</TABLE><HR>");
+        s.Ligne(kTableDefaut);
     }
-    s.Ligne("<NOTE>");
-    s.Ligne("<CENTER>" + EntiteHTML(banniere) + "<BR>");
-    s.Ligne(EntiteHTML(Message(570)) + " " + DateDuJour());
-    s.Ligne("</NOTE>");
-    s.Ligne("</BODY>");
-    s.Ligne("</HTML>");
+    s.Ligne("</TABLE>");
+}
+
+// The calendar report: the index of the days, then each day with the
+// sections of the site's one-page reports. False on a stop.
+bool CalendrierHTML(Base& b, SystemeFichiers& fs, const Interaction& io, SortiePage& s,
+                    const std::vector<Jour>& jours, const std::string& titre) {
+    s.Ligne("<H2>" + EntiteHTML(titre) + "</H2>");
+    s.Ligne(kTableDefaut);
+    for (const Jour& j : jours)
+        s.Ligne("<TR><TH><A HREF=\"#" + j.Cle() + "\">" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) +
+                "</A></TH><TD>" + EntiteHTML(Noms(j)) + "</TD><TR>");
+    s.Ligne("</TABLE>");
+    s.Ligne("<HR>");
+    std::vector<std::uint32_t> personnes;
+    for (const Jour& j : jours)
+        ChaqueLigne(j, [&](const Groupe&, const LigneAnniv& l) {
+            for (std::uint32_t p : PersonnesLigne(b, l)) personnes.push_back(p);
+        });
+    EcrivainHTML w(b, fs, io);
+    w.OuvrePage(s, personnes);
+    for (const Jour& j : jours) {
+        if (io.Arrete()) return false;
+        // The heading as the earlier pages wrote it, its anchor left open.
+        s.Ligne("<H2><A NAME=\"" + j.Cle() + "\">" + EntiteHTML(LibelleJourAnniv(j.jourDeLAn)) + "</H2>");
+        ChaqueLigne(j, [&](const Groupe& g, const LigneAnniv& l) {
+            for (std::uint32_t p : PersonnesLigne(b, l)) w.SectionPersonne(p, EntiteHTML(Occasion(g, l)));
+        });
+    }
+    w.FermePage();
+    return true;
 }
 
 // --- RTF -------------------------------------------------------------------------
 
-void EcritRTF(SortiePage& s, const std::vector<Jour>& jours, const PeriodeAnniv& p,
-              const std::string& titre, const std::string& banniere) {
-    const OptionsRTF o;
-    s.Ligne("{\\rtf1\\ansi \\deff0{\\fonttbl");
-    s.Ligne("{\\f0\\froman " + EchappeRTF(o.police) + ";}}{\\colortbl \\red0\\green0\\blue0;}");
-    s.Ligne("{\\stylesheet");
-    s.Ligne("{\\s243\\tqc\\tx4252\\tqr\\tx8504 \\f0\\fs16 \\sbasedon0\\snext243 header;}"
-            "{\\s242\\brdrt\\brdrs\\brdrw15\\brsp20 \\tqc\\tx4252\\tqr\\tx8504 \\f0\\fs16 "
-            "\\sbasedon0\\snext242 footer;}{\\li284 \\f0\\fs16 \\snext0 Normal;}}");
-    s.Ligne("{\\info{\\version2}{\\edmins28}{\\nofpages2}}\\gutter0\\deftab708\\widowctrl\\ftnbj"
-            "\\hyphhotz425 \\sectd \\linex0\\headery709\\footery709\\colsx709\\endnhere ");
-    s.Ligne("\\paperw11905\\paperh16837\\margt708\\margb708\\widowctrl\\hyphhotz291\\ftnbj"
-            "\\ftnrestart \\pard \\li283\\sl0\\tx0\\tx0\\tx424\\tx1132\\tx1840\\tx2548\\tx3256"
-            "\\tx3964\\tx4672\\tx5380\\tx6088\\tx6796\\tx7504\\tx8212  ");
-    s.Ligne("{\\plain }\\sectd \\headery708\\footery1188\\endnhere");
-    s.Ligne("{\\header \\pard \\s2\\s10\\tx0\\tqc\\tx4252\\tqr\\tx8504");
-    s.Ligne("{\\plain \\f0\\fs14 " + EchappeRTF(banniere) + " \\tab \\tab ");
-    s.Ligne("{\\field{\\*\\fldinst DATE \\\\@ \"d MMMM yyyy\"}{\\fldrslt }} \\par }");
-    s.Ligne("\\pard \\qc\\box\\brdrs\\brdrw15\\brsp20 ");
-    s.Ligne("{\\b\\f0\\fs20 " + EchappeRTF(titre) + " }");
-    s.Ligne("\\par }");
-    s.Ligne("{\\footer \\pard \\s2\\sl0\\tx0\\tqc\\tx4252\\tqr\\tx8504 \\brdrt\\brdrs\\brdrw15 "
-            "{\\plain \\tab \\f0\\fs16 Page \\chpgn \\par }}");
+bool EcritRTF(Base& b, DocumentRTF& d, const std::vector<Jour>& jours, const PeriodeAnniv& p,
+              const std::string& titre, const Interaction& io) {
+    d.Debut(titre, 745);
     const std::string para = "\\pard \\li0\\sl0\\tx0\\tx424\\tx1132 ";
-    if (!p.recapitulation) {
-        for (const Jour& j : jours)
-            s.Ligne(para + "{\\plain \\b\\f0\\fs16 " + EchappeRTF(LibelleJourAnniv(j.jourDeLAn)) +
-                    "}{\\plain \\f0\\fs16 \\tab " + EchappeRTF(Noms(j)) + " \\par }");
-        s.Ligne("\\page ");
-    }
-    for (const Jour& j : jours) {
-        s.Ligne(para + "{\\plain \\b\\ul\\f0\\fs20 " + EchappeRTF(LibelleJourAnniv(j.jourDeLAn)) +
+    auto jour = [&](const Jour& j) {
+        d.Ligne(para + "{\\plain \\b\\ul\\f0\\fs20 " + EchappeRTF(LibelleJourAnniv(j.jourDeLAn)) +
                 " \\par }");
-        for (const Groupe& g : j.Groupes(p.recapitulation)) {
-            if (g.lignes->empty()) continue;
-            if (!p.recapitulation)
-                s.Ligne(para + "{\\plain \\b\\f0\\fs16 \\tab " + EchappeRTF(Message(g.titre)) + " \\par }");
-            for (const LigneAnniv& l : *g.lignes)
-                s.Ligne(para + "{\\plain \\f0\\fs16 \\tab \\tab " + EchappeRTF(TexteLigne(l)) + " \\par }");
+    };
+    if (p.recapitulation) {
+        for (const Jour& j : jours) {
+            jour(j);
+            for (const Groupe& g : j.Groupes(true))
+                for (const LigneAnniv& l : *g.lignes)
+                    d.Ligne(para + "{\\plain \\f0\\fs16 \\tab \\tab " + EchappeRTF(TexteLigne(l)) + " \\par }");
         }
+        return d.Valide();
     }
-    s.Ligne("}");
+    for (const Jour& j : jours)
+        d.Ligne(para + "{\\plain \\b\\f0\\fs16 " + EchappeRTF(LibelleJourAnniv(j.jourDeLAn)) +
+                "}{\\plain \\f0\\fs16 \\tab " + EchappeRTF(Noms(j)) + " \\par }");
+    d.Ligne("\\page ");
+    for (const Jour& j : jours) {
+        if (io.Arrete()) return false;
+        jour(j);
+        ChaqueLigne(j, [&](const Groupe& g, const LigneAnniv& l) {
+            for (std::uint32_t x : PersonnesLigne(b, l)) d.SectionPersonne(x, "#" + Occasion(g, l));
+        });
+    }
+    return d.Valide();
 }
 
 } // namespace
@@ -206,16 +213,26 @@ bool EcritAnniversaires(Base& b, SystemeFichiers& fs, const Calendrier& c, const
     io.Montre(titre, "");
     std::vector<Jour> jours;
     if (!Jours(b, c, p, [&] { return io.Arrete(); }, jours)) return false;
-    SortiePage s(fs, chemin);
     if (d == DestinationAnniv::RTF) {
-        EcritRTF(s, jours, p, titre, banniere);
-    } else {
-        EcritHTML(b, s, jours, p, titre, banniere);
-        const std::size_t barre = chemin.find_last_of("/\\");
-        SortiePage css(fs, (barre == std::string::npos ? "" : chemin.substr(0, barre + 1)) + "Sylvane.css");
-        css.Texte(FeuilleStyle(b.Params()));
-        css.Valide();
+        OptionsRTF o;
+        o.banniere = banniere;
+        DocumentRTF r(b, fs, io, chemin, o);
+        return EcritRTF(b, r, jours, p, titre, io);
     }
+    SortiePage s(fs, chemin);
+    TeteHTML(b, s, p.recapitulation ? "Index" : titre);
+    if (p.recapitulation) RecapitulationHTML(s, jours);
+    else if (!CalendrierHTML(b, fs, io, s, jours, titre)) return false;
+    s.Ligne("<NOTE>");
+    s.Ligne("<CENTER>" + EntiteHTML(banniere) + "<BR>");
+    s.Ligne(EntiteHTML(Message(570)) + " " + DateDuJour());
+    s.Ligne("</NOTE>");
+    s.Ligne("</BODY>");
+    s.Ligne("</HTML>");
+    const std::size_t barre = chemin.find_last_of("/\\");
+    SortiePage css(fs, (barre == std::string::npos ? "" : chemin.substr(0, barre + 1)) + "Sylvane.css");
+    css.Texte(FeuilleStyle(b.Params()));
+    css.Valide();
     s.Valide();
     return true;
 }
@@ -231,22 +248,32 @@ FinRapport ImprimeAnniversaires(Base& b, Surface& s, const Calendrier& c, const 
     if (o.progres) o.progres(Message(745), titre);
     imp.NouvellePage(titre);
     using P = Imprimante::Paragraphe;
+    const double bas = static_cast<double>(o.papier.hauteur) * (1 - 1.0 / 30);
+    const double ligne = s.Mesure().Hauteur(Police{8, false}) * 1.25;
     for (const Jour& j : jours) {
         if (arret()) {
             imp.FinImpression();
             return FinRapport::Arrete;
         }
-        std::vector<P> ps;
-        ps.push_back(P{{Morceau{LibelleJourAnniv(j.jourDeLAn), true, true, 10}}, 0, true, true});
-        for (const Groupe& g : j.Groupes(p.recapitulation)) {
-            if (g.lignes->empty()) continue;
-            if (!p.recapitulation)
-                ps.push_back(P{{Morceau{Message(g.titre), true, false, 8}}, 360, true, false});
-            for (const LigneAnniv& l : *g.lignes)
-                ps.push_back(P{{Morceau{TexteLigne(l), false, false, 8}}, 720, false, false});
+        const P tete{{Morceau{LibelleJourAnniv(j.jourDeLAn), true, true, 10}}, 0, true, true};
+        if (p.recapitulation) {
+            std::vector<P> ps{tete};
+            for (const Groupe& g : j.Groupes(true))
+                for (const LigneAnniv& l : *g.lignes)
+                    ps.push_back(P{{Morceau{TexteLigne(l), false, false, 8}}, 720, false, false});
+            imp.Imprime(ps);
+            continue;
         }
-        imp.Imprime(ps);
+        // The day's heading stands on the page of its first sheet.
+        if (imp.YCourant() + 8 * ligne > bas) imp.NouvellePage(titre);
+        imp.Imprime({tete});
+        ChaqueLigne(j, [&](const Groupe& g, const LigneAnniv& l) {
+            const std::string entete = "#" + Occasion(g, l);
+            if (!l.ref.tag.empty() && l.ref.tag[0] == 'M') imp.ImprimeCouple(l.ref.numero, entete);
+            else imp.ImprimeFiche(l.personne, entete);
+        });
     }
+    if (!p.recapitulation) imp.ImprimeAnnexes();
     imp.FinImpression();
     return FinRapport::Termine;
 }

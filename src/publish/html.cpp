@@ -609,17 +609,24 @@ struct EcrivainHTML::Etat {
         return true;
     }
 
+    // One page holding the sections of `personnes`.
+    void OuvreUnique(SortiePage& s, const std::vector<std::uint32_t>& personnes) {
+        mode = ModeHTML::Fichier;
+        Marques();
+        for (std::uint32_t p : personnes)
+            if (p < personnesAEcrire.size()) personnesAEcrire[p] = '1';
+        unique = &s;
+    }
+
     bool Fichier(const std::string& chemin, const std::string& t,
                  const std::vector<EntreeRapport>& entrees) {
         const std::size_t barre = chemin.find_last_of("/\\");
         dossier = barre == std::string::npos ? "" : chemin.substr(0, barre + 1);
-        mode = ModeHTML::Fichier;
         titre = t;
-        Marques();
-        for (const EntreeRapport& e : entrees)
-            if (e.personne < personnesAEcrire.size()) personnesAEcrire[e.personne] = '1';
+        std::vector<std::uint32_t> personnes;
+        for (const EntreeRapport& e : entrees) personnes.push_back(e.personne);
         SortiePage s(fs, chemin);
-        unique = &s;
+        OuvreUnique(s, personnes);
         Tete(s, titre);
         s.Ligne("<BODY>");
         s.Ligne("<H2>" + EntiteHTML(titre) + "</H2>");
@@ -681,6 +688,19 @@ bool EcrivainHTML::RapportMultifichiers(const std::string& dossier, const std::s
 bool EcrivainHTML::RapportFichier(const std::string& chemin, const std::string& titre,
                                   const std::vector<EntreeRapport>& entrees) {
     return e_->Fichier(chemin, titre, entrees);
+}
+
+void EcrivainHTML::OuvrePage(SortiePage& s, const std::vector<std::uint32_t>& personnes) {
+    e_->OuvreUnique(s, personnes);
+}
+
+void EcrivainHTML::SectionPersonne(std::uint32_t p, const std::string& lignes) {
+    if (e_->unique) e_->PagePersonne(p, lignes);
+}
+
+void EcrivainHTML::FermePage() {
+    if (e_->unique) e_->Annexes(*e_->unique);
+    e_->unique = nullptr;
 }
 
 std::string DossierSite(const Parametres& p, const std::string& titreBase) {

@@ -17,6 +17,7 @@
 
 namespace sylvane {
 
+class SortiePage;
 
 // What is being written (`ModeHTML`).
 enum class ModeHTML : int {
@@ -57,6 +58,14 @@ class EcrivainHTML {
     // A report as one page at `chemin`, with "Sylvane.css" beside it.
     bool RapportFichier(const std::string& chemin, const std::string& titre,
                         const std::vector<EntreeRapport>& entrees);
+
+    // Person sections in a page that another report lays out, as in a
+    // one-page report (links are "#" anchors). `OuvrePage` takes the page
+    // and the persons that get a section in it; `FermePage` adds the
+    // events and documents those sections named.
+    void OuvrePage(SortiePage& s, const std::vector<std::uint32_t>& personnes);
+    void SectionPersonne(std::uint32_t p, const std::string& lignes);
+    void FermePage();
 
   private:
     struct Etat;

@@ -81,6 +81,8 @@ class Redacteur {
 
     bool Arret() { return io_.Arrete(); }
 
+    void Ligne(std::string_view l) { s_.Ligne(l); }
+
     void Valide() {
         s_.Ligne("}");
         s_.Valide();
@@ -295,6 +297,36 @@ std::string EchappeRTF(std::string_view texte) {
         }
     }
     return r;
+}
+
+struct DocumentRTF::Etat {
+    Interaction io;
+    OptionsRTF options;
+    Redacteur r;
+    Etat(Base& b, SystemeFichiers& fs, const Interaction& i, const std::string& chemin,
+         const OptionsRTF& o)
+        : io(i), options(o), r(b, fs, io, chemin, options) {}
+};
+
+DocumentRTF::DocumentRTF(Base& b, SystemeFichiers& fs, const Interaction& io,
+                         const std::string& chemin, const OptionsRTF& options)
+    : e_(std::make_unique<Etat>(b, fs, io, chemin, options)) {}
+
+DocumentRTF::~DocumentRTF() = default;
+
+void DocumentRTF::Debut(const std::string& titre, int progres) { e_->r.Debut(titre, progres); }
+
+void DocumentRTF::Ligne(std::string_view l) { e_->r.Ligne(l); }
+
+void DocumentRTF::SectionPersonne(std::uint32_t p, const std::string& entete) {
+    e_->r.Personne(p, entete);
+}
+
+bool DocumentRTF::Valide() {
+    e_->r.Annexes();
+    if (e_->r.Arret()) return false;
+    e_->r.Valide();
+    return true;
 }
 
 FinRTF RapportRTF(Base& b, SystemeFichiers& fs, const Interaction& io, ListeParente& liste,

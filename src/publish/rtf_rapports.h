@@ -10,6 +10,7 @@
 #include "store/base.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,6 +32,30 @@ struct OptionsRTF {
 };
 
 enum class FinRTF { Termine, Arrete, Vide };
+
+// The skeleton and the sections of these reports for a document that
+// another report lays out: its own lines go between the sections.
+class DocumentRTF {
+  public:
+    DocumentRTF(Base& b, SystemeFichiers& fs, const Interaction& io, const std::string& chemin,
+                const OptionsRTF& options = {});
+    ~DocumentRTF();
+    DocumentRTF(const DocumentRTF&) = delete;
+    DocumentRTF& operator=(const DocumentRTF&) = delete;
+
+    // The skeleton and the page head titled `titre`; the panel shows the
+    // message `progres`.
+    void Debut(const std::string& titre, int progres);
+    void Ligne(std::string_view l);
+    void SectionPersonne(std::uint32_t p, const std::string& entete);
+    // The events and documents the sections named, then the whole file in
+    // place; false when the user stopped, and the file is as it was.
+    bool Valide();
+
+  private:
+    struct Etat;
+    std::unique_ptr<Etat> e_;
+};
 
 // The report `genre` of `personne` (the ascendants or descendants over
 // `niveaux` generations) in the file `chemin`. The ascendant and
