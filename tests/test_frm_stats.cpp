@@ -194,10 +194,15 @@ TEST_F(Famille, LaRecapitulationDeLAnneeEnHtmlEnRtfEtSurPapier) {
     ASSERT_TRUE(a.Charge());
     a.destination = FrmAnniv::DestinationDe("FrmAnniv:HTML");
     ASSERT_EQ(a.destination, DestinationAnniv::HTML);
+    std::vector<std::string> ouverts;
+    a.ouvreNavigateur = [&](const std::string& f) { ouverts.push_back(f); };
     s.fichiers.chemins = {"/t/recap.htm"};
+    s.boites.reponses = {Reponse::Oui};
     EXPECT_FALSE(a.Recapitulation());
     EXPECT_EQ(a.fichierEcrit, "/t/recap.htm");
-    EXPECT_EQ(s.boites.informations.back(), 569);
+    // Written, the file is offered to the browser.
+    EXPECT_EQ(s.boites.questions, std::vector<int>{msg_stats::OuvrirFichier});
+    EXPECT_EQ(ouverts, std::vector<std::string>{"/t/recap.htm"});
     const std::string h = fs.contenu("/t/recap.htm");
     EXPECT_NE(Ou(h, "<TITLE>Index</TITLE>"), std::string::npos);
     EXPECT_NE(Ou(h, "<LINK REL=\"stylesheet\" TYPE=\"Text/css\" HREF=\"Sylvane.css\">"), std::string::npos);
@@ -225,6 +230,14 @@ TEST_F(Famille, LaRecapitulationDeLAnneeEnHtmlEnRtfEtSurPapier) {
     EXPECT_NE(Ou(r, "12 mars"), std::string::npos);
     EXPECT_NE(Ou(r, "Jean MARTIN / Marie DURAND 1878 Dijon"), std::string::npos);
     EXPECT_EQ(r.substr(r.size() - 3), "}\r\n");
+    // An RTF file is not offered to the browser, and a no opens nothing.
+    EXPECT_EQ(s.boites.informations.back(), 569);
+    EXPECT_EQ(s.boites.questions.size(), 1u);
+    a.destination = DestinationAnniv::HTML;
+    s.fichiers.chemins = {"/t/recap.htm"};
+    EXPECT_FALSE(a.Recapitulation());
+    EXPECT_EQ(s.boites.questions.size(), 2u);
+    EXPECT_EQ(ouverts.size(), 1u);
 
     // A cancel writes nothing.
     s.fichiers.chemins = {std::nullopt};

@@ -13,6 +13,7 @@
 #include <QChart>
 #include <QChartView>
 #include <QClipboard>
+#include <QDesktopServices>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -23,6 +24,7 @@
 #include <QTabBar>
 #include <QTableWidget>
 #include <QTimer>
+#include <QUrl>
 #include <QValueAxis>
 #include <QVBoxLayout>
 
@@ -177,6 +179,9 @@ void FrmStatsQt::Copie() {
 
 FrmAnnivQt::FrmAnnivQt(ContexteQt& c, QWidget* parent)
     : FormulaireQt(parent), c_(c), logique_(c.logique) {
+    logique_.ouvreNavigateur = [](const std::string& fichier) {
+        QDesktopServices::openUrl(QUrl::fromLocalFile(CheminQt(fichier)));
+    };
     lblMois_ = new QLabel(this);
     lblMois_->setAlignment(Qt::AlignCenter);
     QFont gras = lblMois_->font();

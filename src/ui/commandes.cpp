@@ -78,10 +78,10 @@ const std::vector<EntreeMenu>& Menus() {
         {C::MnuAnniv, "MnuAnniv", C::MnuAffichage, 3085, "", "FrmAnniv", true, false},
         // The year's anniversaries as a report: the calendar opens with its
         // destination, writes the year there, and its calendar report too.
-        {C::MnuRecapAnniv, "MnuRecapAnniv", C::MnuAffichage, 953, "", "", true, false},
-        {C::MnuImpAnniv, "MnuImpAnniv", C::MnuRecapAnniv, 4353, "", "FrmAnniv:Imp", true, false},
-        {C::MnuRTFAnniv, "MnuRTFAnniv", C::MnuRecapAnniv, 4518, "", "FrmAnniv:RTF", true, false},
-        {C::MnuHTMLAnniv, "MnuHTMLAnniv", C::MnuRecapAnniv, 4519, "", "FrmAnniv:HTML", true, false},
+        {C::MnuRecapAnniv, "MnuRecapAnniv", C::MnuAffichage, 4610, "", "", true, false},
+        {C::MnuImpAnniv, "MnuImpAnniv", C::MnuRecapAnniv, 4611, "", "FrmAnniv:Imp", true, false},
+        {C::MnuRTFAnniv, "MnuRTFAnniv", C::MnuRecapAnniv, 4612, "", "FrmAnniv:RTF", true, false},
+        {C::MnuHTMLAnniv, "MnuHTMLAnniv", C::MnuRecapAnniv, 4613, "", "FrmAnniv:HTML", true, false},
         {C::MnuUsuels, "MnuUsuels", C::MnuAffichage, 3086, "", "FrmUsuels", false, false},
         {C::MnuAfffic, "MnuAfffic", C::MnuAffichage, 3087, "F3", "FrmDebut", true, true},
         {C::MnuFenetre, "MnuFenetre", C::Aucune, 3006, "", "", false, false},

@@ -294,7 +294,14 @@ std::optional<DocumentApercu> FrmAnniv::Rapport(const PeriodeAnniv& p) {
         return std::nullopt;
     }
     fichierEcrit = chemin;
-    sv.boites.Information(p.recapitulation ? 569 : 500);
+    if (!p.recapitulation) {
+        sv.boites.Information(500);
+    } else if (!html) {
+        sv.boites.Information(569);
+    } else if (sv.boites.Question(msg_stats::OuvrirFichier, false, chemin) == Reponse::Oui &&
+               ouvreNavigateur) {
+        ouvreNavigateur(chemin);
+    }
     return std::nullopt;
 }
 

@@ -15,6 +15,7 @@
 #include <array>
 #include <optional>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -55,6 +56,7 @@ inline constexpr int Annee = 4576;
 inline constexpr int Lieu = 4577;
 inline constexpr int Nom = 4578;
 inline constexpr int RubriquesDatees = 4579; // caption over the rubric rows of the day
+inline constexpr int OuvrirFichier = 4614;   // "open the file &1 in the browser?"
 } // namespace msg_stats
 
 // A tab as a grid of texts.
@@ -138,6 +140,9 @@ class FrmAnniv {
     std::optional<DocumentApercu> RapportCalendrier();
     // The file last written, for the offer to open it.
     std::string fichierEcrit;
+    // After the year's recapitulation in HTML the user is asked whether to
+    // open the file; a yes hands it here.
+    std::function<void(const std::string& fichier)> ouvreNavigateur;
 
   private:
     std::optional<DocumentApercu> Rapport(const PeriodeAnniv& p);
