@@ -6,6 +6,7 @@
 #include "store/fichier.h"
 #include "store/fichier_memoire.h"
 #include "support/francais.h"
+#include "support/pages_textes.h"
 #include "support/services_faux.h"
 #include "text/calendrier.h"
 #include "text/messages.h"
@@ -482,17 +483,13 @@ TEST_F(Famille, ARubricThatIsAnEventTypeOpensItsEventOrMakesItFromTheRow) {
 
 namespace {
 
-// The texts drawn on the pages.
-struct Textes : Surface {
-    int pages = 0;
-    std::string tout;
-    const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
-    void DebutPage(int, int, double, double) override { ++pages; }
-    void FinPage() override {}
-    void Trait(double, double, double, double, Plume) override {}
-    void Boite(double, double, double, double, std::int32_t) override {}
-    void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
-        tout.append(t).append("|");
+// The texts drawn on the pages, all in one.
+struct Textes : test::PagesTextes {
+    std::string Tout() const {
+        std::string r;
+        for (const auto& p : pages)
+            for (const auto& t : p) r.append(t).append("|");
+        return r;
     }
 };
 
@@ -516,12 +513,12 @@ TEST_F(Famille, PrintingAnEventWritesItFirstAndPreviewsItsSheet) {
     ASSERT_TRUE(d.dessine);
     Textes t;
     EXPECT_EQ(d.dessine(t), FinPages::Termine);
-    EXPECT_EQ(t.pages, 1);
-    EXPECT_NE(t.tout.find("Bayeux"), std::string::npos);
-    EXPECT_NE(t.tout.find("Martin"), std::string::npos);
+    EXPECT_EQ(t.pages.size(), 1u);
+    EXPECT_NE(t.Tout().find("Bayeux"), std::string::npos);
+    EXPECT_NE(t.Tout().find("Martin"), std::string::npos);
     // Deleted meanwhile: the preview draws nothing.
     SupprimeEvenement(b(), forme.Numero());
     Textes vide;
     EXPECT_EQ(d.dessine(vide), FinPages::Arrete);
-    EXPECT_EQ(vide.pages, 0);
+    EXPECT_TRUE(vide.pages.empty());
 }

@@ -134,9 +134,11 @@ FrmLstEvtQt::FrmLstEvtQt(ContexteQt& c, QWidget* parent)
     ajout_ = new QPushButton(this);
     maj_ = new QPushButton(this);
     supp_ = new QPushButton(this);
+    imprimer_ = new QPushButton(this);
+    imprimer_->setObjectName(QStringLiteral("CmdImprimer"));
     auto* fermer = new QPushButton(this);
     fermer->setObjectName(QStringLiteral("Fermer"));
-    for (QPushButton* b : {ajout_, maj_, supp_}) bas->addWidget(b);
+    for (QPushButton* b : {ajout_, maj_, supp_, imprimer_}) bas->addWidget(b);
     bas->addStretch();
     bas->addWidget(fermer);
     racine->addLayout(bas);
@@ -149,6 +151,7 @@ FrmLstEvtQt::FrmLstEvtQt(ContexteQt& c, QWidget* parent)
         if (r >= 0 && logique_->CmdSupp(static_cast<std::size_t>(r)) && logique_->Nombre())
             Selectionne(std::min<std::size_t>(static_cast<std::size_t>(r), logique_->Nombre() - 1));
     });
+    connect(imprimer_, &QPushButton::clicked, this, [this] { logique_->CmdImprimer(); });
     connect(fermer, &QPushButton::clicked, this, [this] {
         if (parentWidget()) parentWidget()->close();
         else close();
@@ -179,6 +182,7 @@ void FrmLstEvtQt::Retraduit() {
     ajout_->setText(M(msg_evt::Ajout));
     maj_->setText(M(msg_evt::Maj));
     supp_->setText(M(msg_evt::Supp));
+    imprimer_->setText(M(msg_evt::Imprimer));
     if (auto* f = findChild<QPushButton*>(QStringLiteral("Fermer"))) f->setText(M(msg_evt::Quitter));
     ListeChangee();
 }

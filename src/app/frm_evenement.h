@@ -54,7 +54,7 @@ class FrmLstEvtQt : public FormulaireQt, public VueListeEvt {
     QLabel* lblPosition_;
     QLineEdit* position_;
     QLabel* nombre_;
-    QPushButton *ajout_, *maj_, *supp_;
+    QPushButton *ajout_, *maj_, *supp_, *imprimer_;
 };
 
 class FrmDesEvtQt : public FormulaireQt, public VueEvenement {

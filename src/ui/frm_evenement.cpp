@@ -3,6 +3,8 @@
 #include "ui/frm_impression.h"
 #include "ui/frm_misajour.h"
 
+#include "publish/impression_evenements.h"
+
 #include "store/pack.h"
 #include "text/dates.h"
 #include "text/messages.h"
@@ -11,6 +13,7 @@
 #include "text/tags.h"
 
 #include <algorithm>
+#include <memory>
 #include <numeric>
 
 namespace sylvane {
@@ -200,11 +203,7 @@ std::uint32_t FrmLstEvt::Numero(std::size_t rang) {
 std::array<std::string, 5> FrmLstEvt::Ligne(std::size_t rang) {
     const std::uint32_t e = Numero(rang);
     if (e == 0) return {};
-    Base& b = *B();
-    const long d = b.DateEvt(e);
-    const int an = AnneeEvenement(d);
-    return {DateCourteEvenement(d), an ? std::to_string(an) : "", b.LieuEvt(e), b.LibelleEvt(e),
-            std::to_string(e)};
+    return LigneEvenement(*B(), e);
 }
 
 void FrmLstEvt::Trie(OrdreEvt ordre, bool descendant) {
@@ -318,6 +317,56 @@ int FrmLstEvt::Rectification() {
     });
     Change();
     return n;
+}
+
+bool FrmLstEvt::CmdImprimer() {
+    if (!B() || f_.Occupe() || Nombre() == 0) return false;
+    Fenetres& fen = f_.services().fenetres;
+    if (!fen.Disponible("FrmPrevisualisation")) return false;
+    // The preview draws its pages while it paints, for as long as the base
+    // is open: it reads the rows again each time, through a copy of the
+    // list in its present order. Its first layout runs under the panel
+    // opened here; a stop there holds every later drawing (the pages shown,
+    // printed or written as PDF) to the rows laid out until then.
+    struct Etat {
+        FrmLstEvt liste;
+        std::size_t limite = static_cast<std::size_t>(-1);
+        OperationLongue* op = nullptr;
+    };
+    auto etat = std::make_shared<Etat>(Etat{*this});
+    etat->liste.vue_ = nullptr;
+    DocumentApercu d;
+    d.titre = Message(msg_evt::TitreListe);
+    d.papier = ReglagesCourants().Feuille();
+    d.dessine = [etat, titre = d.titre, papier = d.papier](Surface& s) {
+        FrmLstEvt& l = etat->liste;
+        Base* b = l.B();
+        if (!b) return FinPages::Arrete;
+        OptionsImpression o;
+        o.papier = papier;
+        if (OperationLongue* op = etat->op) {
+            o.arret = [op] { return op->Arrete(); };
+            o.progres = [op](const std::string&, const std::string& texte) { op->Texte(texte); };
+        }
+        LigneEvt entetes;
+        for (std::size_t i = 0; i < entetes.size(); ++i)
+            entetes[i] = Message(msg_evt::ColDate + static_cast<int>(i));
+        const bool arrete = etat->limite != static_cast<std::size_t>(-1);
+        std::size_t faits = 0;
+        const FinRapport fin = ImprimeListeEvenements(
+            *b, s, titre, entetes, std::min(etat->limite, l.Nombre()),
+            [&l](std::size_t i) { return l.Ligne(i); }, o, &faits, !arrete);
+        if (fin == FinRapport::Arrete) etat->limite = faits;
+        // After a stop, the rows laid out until then are the whole document.
+        return fin == FinRapport::Termine ? FinPages::Termine : FinPages::Arrete;
+    };
+    ApercuTransmis() = std::move(d);
+    OperationLongue op(f_.services().panneau, f_.services().boites, Message(745),
+                       Message(msg_evt::TitreListe));
+    etat->op = &op;
+    fen.Ouvre("FrmPrevisualisation");
+    etat->op = nullptr;
+    return true;
 }
 
 // --- Rectification of the roles of old captures ---------------------------------------------------

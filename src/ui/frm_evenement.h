@@ -156,6 +156,11 @@ class FrmLstEvt {
     // F12: the roles left empty by the register capture of older versions.
     // Returns the number of persons given a role.
     int Rectification();
+    // `CmdImprimer`: the list, in the order shown, in the preview, from
+    // which it goes to the printer or a PDF. The preview lays the pages out
+    // as it opens, under the progress panel; a stop keeps the whole pages
+    // laid out until then. False with no row, no base or no preview.
+    bool CmdImprimer();
 
   private:
     Base* B() { return f_.base(); }
