@@ -522,3 +522,37 @@ TEST_F(Famille, PrintingAnEventWritesItFirstAndPreviewsItsSheet) {
     EXPECT_EQ(d.dessine(vide), FinPages::Arrete);
     EXPECT_TRUE(vide.pages.empty());
 }
+
+TEST_F(Famille, TheKeywordPickerOfAMarriageRubricWorksOnTheMarriageShown) {
+    const std::uint32_t seconde = b().CreePersonne("Leroy", "Julie", "", 'F', "1825");
+    b().CreeMariage(pere, seconde, "1860");
+    const std::uint32_t premier = b().MariageNo(pere, 1), second = b().MariageNo(pere, 2);
+    ASSERT_NE(second, 0u);
+    f->personneFiche = pere;
+    FrmMisajour fiche(*f, choix);
+    fiche.SelectionneMariage(1);
+    ASSERT_EQ(fiche.RubriquesMariage().size(), 1u);
+
+    const auto d = DemandeMotRubrique(*f, fiche, true, 0);
+    ASSERT_TRUE(d);
+    EXPECT_EQ(d->tag, "DIV");
+    EXPECT_EQ(d->personne, pere);
+    EXPECT_EQ(d->numeroMariage, second);
+    EXPECT_FALSE(DemandeMotRubrique(*f, fiche, true, 1));
+    const auto p = DemandeMotRubrique(*f, fiche, false, 1);
+    ASSERT_TRUE(p);
+    EXPECT_EQ(p->personne, pere);
+    EXPECT_EQ(p->numeroMariage, 0u);
+
+    // The picker's event button makes the divorce of the second marriage.
+    f->personneFiche = enfant; // the sheet in course may be another one
+    FrmMot mot(*f, *d);
+    mot.annee = "1870";
+    mot.valeur = "Rouen";
+    const std::uint32_t e = mot.CmdIndEvt();
+    ASSERT_NE(e, 0u);
+    EXPECT_EQ(EvenementMariage(b(), pere, second, "DIV"), e);
+    EXPECT_EQ(EvenementMariage(b(), pere, premier, "DIV"), 0u);
+    EXPECT_EQ(Roles(e), (Paires{{pere, "HUSB"}, {seconde, "WIFE"}}));
+    EXPECT_TRUE(mot.EvenementExiste());
+}

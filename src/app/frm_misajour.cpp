@@ -516,14 +516,12 @@ void FrmMisajourQt::Rubriques() {
                 choix->setObjectName(QStringLiteral("CmdSel%1").arg(i));
                 choix->setText(M(msg_mots::ChoixMot));
                 connect(choix, &QToolButton::clicked, this, [this, i, mariage, genres] {
-                    const auto& tous = mariage ? logique_->RubriquesMariage() : logique_->RubriquesPersonne();
-                    if (i >= static_cast<int>(tous.size())) return;
-                    const RangRubrique& r = tous[static_cast<std::size_t>(i)];
-                    const DemandeMot d{mariage, r.symbole, r.tag, r.libelle, r.date, r.jour, r.annee, r.lieu};
-                    const auto v = EditeMot(c_.logique, d, this);
+                    const auto d = DemandeMotRubrique(c_.logique, *logique_, mariage, i);
+                    if (!d) return;
+                    const auto v = EditeMot(c_.logique, *d, this);
                     if (!v) return;
                     const std::string* valeurs[3] = {&v->jour, &v->annee, &v->valeur};
-                    for (int k = d.date ? 0 : 2; k < 3; ++k) {
+                    for (int k = d->date ? 0 : 2; k < 3; ++k) {
                         logique_->Modifie(genres[k], *valeurs[k], i);
                         logique_->Quitte(genres[k], i);
                     }

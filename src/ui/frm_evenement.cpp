@@ -81,7 +81,7 @@ std::uint32_t EvenementDeFiche(MDIForm1& f, std::uint32_t personne, const std::s
 namespace {
 
 // The marriage selected on the sheet, 0 for none.
-std::uint32_t MariageFiche(MDIForm1& f, const FrmMisajour& fiche) {
+std::uint32_t MariageDeFiche(MDIForm1& f, const FrmMisajour& fiche) {
     const int rang = fiche.MariageSelectionne();
     return rang < 0 || !f.base() ? 0 : f.base()->MariageNo(fiche.Personne(), rang + 1);
 }
@@ -100,7 +100,7 @@ struct EvtDeFiche {
 bool OuvreEvtFiche(MDIForm1& f, FrmMisajour& fiche, const EvtDeFiche& d) {
     const std::uint32_t n = fiche.Personne();
     if (!f.base() || n == 0 || f.Occupe()) return false;
-    const std::uint32_t m = d.mariage ? MariageFiche(f, fiche) : 0;
+    const std::uint32_t m = d.mariage ? MariageDeFiche(f, fiche) : 0;
     if (d.mariage && m == 0) return false;
     const std::uint32_t e = EvenementDeFiche(f, n, d.tag, d.jour, d.annee, d.lieu, m);
     if (e == 0) return false;
@@ -113,7 +113,7 @@ bool MarqueEvt(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag, bo
     const std::uint32_t n = fiche.Personne();
     if (!b || n == 0) return false;
     if (mariage) {
-        const std::uint32_t m = MariageFiche(f, fiche);
+        const std::uint32_t m = MariageDeFiche(f, fiche);
         return m && EvenementMariage(*b, n, m, tag);
     }
     return EvenementPrincipal(*b, n, tag) != 0;
@@ -162,6 +162,16 @@ bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang) {
 bool MarqueRubEvt(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang) {
     return RubriqueEvenement(f, fiche, mariage, rang) &&
            MarqueEvt(f, fiche, RangDeFiche(fiche, mariage, rang)->tag, mariage);
+}
+
+std::optional<DemandeMot> DemandeMotRubrique(MDIForm1& f, const FrmMisajour& fiche, bool mariage,
+                                             int rang) {
+    const RangRubrique* r = RangDeFiche(fiche, mariage, rang);
+    if (!r) return std::nullopt;
+    DemandeMot d{mariage, r->symbole, r->tag, r->libelle, r->date, r->jour, r->annee, r->lieu};
+    d.personne = fiche.Personne();
+    d.numeroMariage = mariage ? MariageDeFiche(f, fiche) : 0;
+    return d;
 }
 
 std::function<void(std::uint32_t, const std::string&, const std::string&, const std::string&)>

@@ -12,6 +12,7 @@
 #include "store/liens.h"
 #include "ui/choix_fiche.h"
 #include "ui/frm_document.h"
+#include "ui/frm_mot.h"
 #include "ui/mdiform1.h"
 
 #include <array>
@@ -108,6 +109,12 @@ bool MarqueEvFiche(MDIForm1& f, const FrmMisajour& fiche, const std::string& tag
 bool RubriqueEvenement(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang);
 bool CmdRubEvt(MDIForm1& f, FrmMisajour& fiche, bool mariage, int rang);
 bool MarqueRubEvt(MDIForm1& f, const FrmMisajour& fiche, bool mariage, int rang);
+// The keyword picker of a rubric row (`CmdIndSel`, `CmdMarSel`): the row's
+// values and its owner, the sheet person and, for a marriage rubric, the
+// marriage selected on the sheet, so that the picker's event button works
+// on the marriage shown. Nothing for a row that is not there.
+std::optional<DemandeMot> DemandeMotRubrique(MDIForm1& f, const FrmMisajour& fiche, bool mariage,
+                                             int rang);
 // The sheet's hook for an event that disagrees with it: the form on that
 // event takes the sheet's date and place and is validated, then shown.
 std::function<void(std::uint32_t, const std::string&, const std::string&, const std::string&)>
