@@ -3,6 +3,7 @@
 // per event, brought forward when opened again; a pending form asks before
 // it closes.
 #include "app/frm_evenement.h"
+#include "app/frm_impression.h"
 #include "app/texte_qt.h"
 #include "fenetre_test.h"
 #include "text/messages.h"
@@ -100,6 +101,16 @@ TEST_F(EvenementTest, ABaptismWithItsGodparentsIsFoundInTheList) {
     EXPECT_EQ(l->grille()->model()->index(choisies[0].row(), 4).data().toString(),
               QString::number(e));
     EXPECT_EQ(l->grille()->model()->index(choisies[0].row(), 2).data().toString(), QStringLiteral("Caen"));
+
+    // Its print button lays the list out in the preview: one page for two rows.
+    auto* imprimer = l->findChild<QPushButton*>(QStringLiteral("CmdImprimer"));
+    ASSERT_NE(imprimer, nullptr);
+    EXPECT_EQ(imprimer->text(), M(msg_evt::Imprimer));
+    imprimer->click();
+    QApplication::processEvents();
+    auto* apercu = qobject_cast<FrmPrevisualisationQt*>(fenetre->Formulaire("FrmPrevisualisation"));
+    ASSERT_NE(apercu, nullptr);
+    EXPECT_EQ(apercu->logique().NombrePages(), 1);
 }
 
 TEST_F(EvenementTest, APendingFormAsksBeforeItCloses) {
