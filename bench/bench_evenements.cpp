@@ -1,11 +1,14 @@
 // The list of events on a base of 500,000 events: opening the window until
 // it is painted (the list reads only the rows it shows), a page of
-// scrolling, the jump to a typed year (bisection on the date table), and
-// the one order that reads every event, by place.
+// scrolling, the jump to a typed year (bisection on the date table), the
+// one order that reads every event, by place, and the printed list: the
+// preview laying out its pages as it opens, then painting one of them
+// (each paint walks the whole list again, the rows read one at a time).
 //   build/bench/bench_evenements
 // Runs under the offscreen platform unless QT_QPA_PLATFORM says otherwise.
 #include "app/fenetre_principale.h"
 #include "app/frm_evenement.h"
+#include "app/frm_impression.h"
 #include "million.h"
 #include "text/reglages.h"
 
@@ -142,6 +145,41 @@ void BM_TrierParLieu(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_TrierParLieu)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+FrmPrevisualisationQt* Apercu() {
+    return qobject_cast<FrmPrevisualisationQt*>(LeProgramme().fenetre->Formulaire("FrmPrevisualisation"));
+}
+
+void BM_ImprimerLaListe(benchmark::State& state) {
+    FrmLstEvtQt* l = LeProgramme().Liste();
+    for (auto _ : state) {
+        if (!l->logique().CmdImprimer()) state.SkipWithError("nothing to print");
+        state.PauseTiming();
+        FrmPrevisualisationQt* a = Apercu();
+        if (!a) state.SkipWithError("no preview");
+        state.counters["pages"] = a->logique().NombrePages();
+        qobject_cast<QMdiSubWindow*>(a->parentWidget())->close();
+        QApplication::processEvents();
+        state.ResumeTiming();
+    }
+    state.counters["pic_Mo"] = static_cast<double>(PicMemoireMo());
+}
+BENCHMARK(BM_ImprimerLaListe)->Unit(benchmark::kMillisecond)->Iterations(2);
+
+void BM_PeindreUnePageDeLApercu(benchmark::State& state) {
+    FrmLstEvtQt* l = LeProgramme().Liste();
+    l->logique().CmdImprimer();
+    QApplication::processEvents();
+    FrmPrevisualisationQt* a = Apercu();
+    if (!a) {
+        state.SkipWithError("no preview");
+        return;
+    }
+    for (auto _ : state) benchmark::DoNotOptimize(a->grab());
+    qobject_cast<QMdiSubWindow*>(a->parentWidget())->close();
+    QApplication::processEvents();
+}
+BENCHMARK(BM_PeindreUnePageDeLApercu)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 } // namespace
 

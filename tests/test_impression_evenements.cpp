@@ -150,6 +150,36 @@ TEST_F(ListeImprimee, AStopKeepsTheWholePagesLaidOutForEveryLaterDrawing) {
     EXPECT_FALSE(plus.Contient(0, "150 \xE9v\xE9nements"));
 }
 
+// A surface that keeps its second page alone, as the preview's painting does.
+struct DeuxiemePage : Pages {
+    bool Garde(int ligne, int) const override { return ligne == 2; }
+};
+
+TEST_F(ListeImprimee, APageLeftOutByTheSurfaceIsLaidOutWithoutReadingItsRows) {
+    FrmLstEvt liste(*f);
+    ASSERT_TRUE(liste.CmdImprimer());
+    const auto& tout = fenetres.mise;
+    OptionsImpression o;
+    LigneEvt entetes;
+    for (std::size_t i = 0; i < entetes.size(); ++i)
+        entetes[i] = Message(msg_evt::ColDate + static_cast<int>(i));
+    DeuxiemePage seule;
+    std::vector<std::size_t> lus;
+    ASSERT_EQ(ImprimeListeEvenements(app.base(), seule, Message(msg_evt::TitreListe), entetes,
+                                     kEvenements,
+                                     [&](std::size_t i) {
+                                         lus.push_back(i);
+                                         return liste.Ligne(i);
+                                     },
+                                     o),
+              FinRapport::Termine);
+    ASSERT_EQ(seule.pages.size(), 3u);
+    EXPECT_EQ(seule.pages[1], tout.pages[1]);
+    const std::size_t parPage = tout.Numeros(0).size();
+    ASSERT_EQ(lus.size(), parPage);
+    EXPECT_EQ(lus.front(), parPage);
+}
+
 TEST_F(ListeImprimee, APlaceTooLongForItsColumnIsCutWithDots) {
     OptionsImpression o;
     const LigneEvt entetes{"Date", "Ann\xE9" "e", "Lieu", "Type", "Num\xE9ro"};

@@ -78,7 +78,7 @@ void SurfaceQt::Seule(int ligne, int colonne) {
 }
 
 void SurfaceQt::DebutPage(int ligne, int colonne, double largeur, double hauteur) {
-    actif_ = seuleLigne_ == 0 || (ligne == seuleLigne_ && colonne == seuleColonne_);
+    actif_ = Garde(ligne, colonne);
     if (!actif_) return;
     if (pagine_ && pages_ > 0) pagine_->newPage();
     ++pages_;

@@ -59,6 +59,9 @@ class SurfaceQt : public Surface {
 
     const Metrique& Mesure() const override { return m_; }
     void DebutPage(int ligne, int colonne, double largeur, double hauteur) override;
+    bool Garde(int ligne, int colonne) const override {
+        return seuleLigne_ == 0 || (ligne == seuleLigne_ && colonne == seuleColonne_);
+    }
     void FinPage() override;
     void Trait(double x1, double y1, double x2, double y2, Plume plume) override;
     void Boite(double x1, double y1, double x2, double y2, std::int32_t fond) override;

@@ -50,6 +50,13 @@ class Surface {
     virtual const Metrique& Mesure() const = 0;
     // A sheet of the chart, `ligne` and `colonne` from 1.
     virtual void DebutPage(int ligne, int colonne, double largeur, double hauteur) = 0;
+    // Whether that sheet is drawn at all: a writer that knows where its
+    // pages break may leave out reading what goes on a sheet not kept.
+    virtual bool Garde(int ligne, int colonne) const {
+        (void)ligne;
+        (void)colonne;
+        return true;
+    }
     virtual void FinPage() = 0;
     virtual void Trait(double x1, double y1, double x2, double y2, Plume plume) = 0;
     virtual void Boite(double x1, double y1, double x2, double y2, std::int32_t fond) = 0;

@@ -5,6 +5,8 @@
 #include "text/messages.h"
 
 #include <algorithm>
+#include <unordered_map>
+#include <vector>
 
 namespace sylvane {
 namespace {
@@ -58,23 +60,50 @@ FinRapport ImprimeListeEvenements(Base& b, Surface& s, const std::string& titre,
     const double bas = static_cast<double>(o.papier.hauteur) * (1 - 1.0 / 30);
     const double pas = m.Hauteur(normale) * 1.25;
 
+    // Measuring is what costs most over a long list: the place and type
+    // texts, few and much repeated, are fitted once each, and a string of
+    // digits measures as its count of zeros.
+    std::array<std::unordered_map<std::string, std::string>, 2> ajustes;
+    auto ajuste = [&](std::size_t col, const std::string& t, const Police& p) -> const std::string& {
+        auto& cache = ajustes[col - 2];
+        if (cache.size() > 20000) cache.clear();
+        auto it = cache.find(t);
+        if (it == cache.end()) it = cache.emplace(t, Coupe(m, t, largeurs[col], p)).first;
+        return it->second;
+    };
+    std::vector<double> chiffres;
+    auto largeurChiffres = [&](std::size_t n) {
+        while (chiffres.size() <= n) chiffres.push_back(m.Largeur(std::string(chiffres.size(), '0'), normale));
+        return chiffres[n];
+    };
+
     Imprimante imp(b, s, o);
     double y = 0;
-    auto place = [&](const LigneEvt& l, const Police& p) {
+    auto place = [&](const LigneEvt& l, const Police& p, bool entete) {
         double x = gauche;
         for (std::size_t i = 0; i < 5; ++i) {
-            // Year and number to the right of their column.
-            const bool droite = i == 1 || i == 4;
-            const std::string t = droite ? l[i] : Coupe(m, l[i], largeurs[i], p);
-            s.Texte(droite ? x + largeurs[i] - m.Largeur(t, p) : x, y, t, p, 0);
+            if (entete) {
+                // Year and number to the right of their column.
+                const bool droite = i == 1 || i == 4;
+                s.Texte(droite ? x + largeurs[i] - m.Largeur(l[i], p) : x, y, l[i], p, 0);
+            } else if (i == 1 || i == 4) {
+                s.Texte(x + largeurs[i] - largeurChiffres(l[i].size()), y, l[i], p, 0);
+            } else {
+                // A date fits its column, made for the widest date.
+                s.Texte(x, y, i == 0 ? l[i] : ajuste(i, l[i], p), p, 0);
+            }
             x += largeurs[i] + kEcart;
         }
         y += pas;
     };
+    // A page the surface leaves out is laid out without reading its rows:
+    // the preview, which keeps the page shown alone, then costs a page.
+    bool garde = true;
     auto page = [&] {
         imp.NouvellePage(titre);
+        garde = s.Garde(imp.Pages(), 1);
         y = imp.YCourant();
-        place(entetes, grasse);
+        place(entetes, grasse, true);
         s.Trait(gauche, y - pas * 0.1, w - gauche, y - pas * 0.1, Plume::Cadre);
         y += pas * 0.2;
     };
@@ -89,7 +118,8 @@ FinRapport ImprimeListeEvenements(Base& b, Surface& s, const std::string& titre,
             }
             page();
         }
-        place(ligne(i), normale);
+        if (garde) place(ligne(i), normale, false);
+        else y += pas;
     }
     if (compte) {
         if (y + pas * 1.5 > bas) page();

@@ -28,7 +28,8 @@ LigneEvt LigneEvenement(Base& b, std::uint32_t e);
 // type are cut with "..." when they pass their column. `o.progres` gets the
 // page in course and `o.arret` is polled every few rows: a stop closes the
 // page in course and answers Arrete. `faits` (when given) receives the
-// rows printed. Nothing is drawn for no row (Vide).
+// rows printed. The rows of a page the surface does not keep (`Garde`)
+// are not asked for. Nothing is drawn for no row (Vide).
 FinRapport ImprimeListeEvenements(Base& b, Surface& s, const std::string& titre,
                                   const LigneEvt& entetes, std::size_t nombre,
                                   const std::function<LigneEvt(std::size_t)>& ligne,
