@@ -318,7 +318,8 @@ struct EcrivainHTML::Etat {
             docs.push_back({d, b.TitreDoc(d), b.TypeDoc(d)});
         }
         if (!docs.empty()) {
-            Entete4(s, docs.size() > 1 ? 645 : 646);
+            // Unlike the person page, the event page puts its heading before the row.
+            s.Ligne("<H4>" + EntiteHTML(Message(docs.size() > 1 ? 645 : 646)) + "</H4><TR><TD><UL>");
             for (const DocumentFiche& d : docs) LigneDocument(s, d);
             s.Ligne("</UL></TD></TR>");
         }
