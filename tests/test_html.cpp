@@ -329,7 +329,7 @@ TEST(SiteHTML, TheTitleDocumentOpensTheSiteWithTheBasesAddress) {
 TEST_F(Descendance, AReportPageShowsItsLinesUnderTheName) {
     EcrivainHTML w(a.b(), a.fs);
     ASSERT_TRUE(w.RapportMultifichiers("/r", "Rapport", {{racine, std::string("[1]\0Souche", 10), 0}}));
-    const std::string& page = PagesDe(a.fs, "/r/").at("i" + std::to_string(racine) + ".htm");
+    const std::string page = PagesDe(a.fs, "/r/").at("i" + std::to_string(racine) + ".htm");
     EXPECT_NE(page.find("</EM></H2>\r\n<H4 ALIGN=CENTER>[1]</H4>\r\n<H4 ALIGN=CENTER>Souche</H4>\r\n"),
               std::string::npos)
         << page;
