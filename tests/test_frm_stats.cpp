@@ -6,6 +6,7 @@
 #include "charts/surface.h"
 #include "store/fichier_memoire.h"
 #include "store/pack.h"
+#include "support/pages_textes.h"
 #include "support/services_faux.h"
 #include "text/messages.h"
 #include "ui/frm_listes.h"
@@ -21,16 +22,7 @@ using test::ServicesFaux;
 namespace {
 
 // The texts drawn on each page.
-struct SurfaceTextes : Surface {
-    std::vector<std::vector<std::string>> pages;
-    const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
-    void DebutPage(int, int, double, double) override { pages.emplace_back(); }
-    void FinPage() override {}
-    void Trait(double, double, double, double, Plume) override {}
-    void Boite(double, double, double, double, std::int32_t) override {}
-    void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
-        pages.back().emplace_back(t);
-    }
+struct SurfaceTextes : test::PagesTextes {
     bool Montre(const std::string& t) const {
         for (const auto& p : pages)
             for (const auto& x : p)
