@@ -6,13 +6,10 @@
 // (each paint walks the whole list again, the rows read one at a time).
 //   build/bench/bench_evenements
 // Runs under the offscreen platform unless QT_QPA_PLATFORM says otherwise.
-#include "app/fenetre_principale.h"
 #include "app/frm_evenement.h"
 #include "app/frm_impression.h"
-#include "million.h"
-#include "text/reglages.h"
+#include "programme_qt.h"
 
-#include <QApplication>
 #include <QKeyEvent>
 #include <QMdiSubWindow>
 #include <QTableView>
@@ -28,14 +25,6 @@ namespace {
 
 constexpr std::uint32_t kEvenements = 500'000;
 constexpr std::uint32_t kParPersonne = 10;
-
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("bench_evenements")};
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
 
 // 50,000 persons with ten events each, of the usual kinds, dated over four
 // centuries and placed in 2,000 places; made once and kept.
@@ -63,29 +52,10 @@ const std::string& BaseEvenements() {
     return chemin;
 }
 
-std::string DossierProgrammeBench() {
-    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
-        .parent_path()
-        .append("src")
-        .string();
-}
-
 // The program started on the events' base, its window shown.
-struct Programme {
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
-    Programme() {
-        Appli();
-        reglages.ecrit("Defaut", "Travail", Dossier());
-        app = std::make_unique<Application>(systemeReel(), reglages, DossierProgrammeBench());
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
-        fenetre->resize(1200, 800);
-        fenetre->show();
-        fenetre->logique().Demarre({BaseEvenements()});
-        QApplication::processEvents();
-    }
-    ~Programme() { fenetre->logique().Termine(); }
+struct ProgrammeEvenements : Programme {
+    ProgrammeEvenements() : Programme(BaseEvenements(), {1200, 800}) { QApplication::processEvents(); }
+    ~ProgrammeEvenements() { fenetre->logique().Termine(); }
     FrmLstEvtQt* Liste() {
         fenetre->logique().Execute(Commande::MnuEvenements);
         QApplication::processEvents();
@@ -93,13 +63,13 @@ struct Programme {
     }
 };
 
-Programme& LeProgramme() {
-    static Programme* p = new Programme;
+ProgrammeEvenements& LeProgramme() {
+    static auto* p = new ProgrammeEvenements;
     return *p;
 }
 
 void BM_OuvrirFrmLstEvt(benchmark::State& state) {
-    Programme& p = LeProgramme();
+    ProgrammeEvenements& p = LeProgramme();
     for (auto _ : state) {
         const auto t0 = std::chrono::steady_clock::now();
         FrmLstEvtQt* l = p.Liste();

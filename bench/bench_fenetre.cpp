@@ -3,12 +3,8 @@
 // previous person (with the redraw they cause) on a million-person base.
 //   build/bench/bench_fenetre
 // Runs under the offscreen platform unless QT_QPA_PLATFORM says otherwise.
-#include "app/fenetre_principale.h"
 #include "exchange/gedcom_import.h"
-#include "million.h"
-#include "text/reglages.h"
-
-#include <QApplication>
+#include "programme_qt.h"
 
 #include <benchmark/benchmark.h>
 
@@ -17,15 +13,6 @@
 using namespace sylvane;
 
 namespace {
-
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("bench_fenetre")};
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Never destroyed: a static one would go after Qt's own statics at exit.
-    static QApplication* app = new QApplication(argc, argv);
-    return *app;
-}
 
 const std::string& BaseExemple() {
     static const std::string chemin = [] {
@@ -42,30 +29,6 @@ const std::string& BaseExemple() {
     }();
     return chemin;
 }
-
-// The program's folder in the build tree, where the message files are.
-std::string DossierProgrammeBench() {
-    return std::filesystem::path(QCoreApplication::applicationDirPath().toStdString())
-        .parent_path()
-        .append("src")
-        .string();
-}
-
-// The program with its settings in memory and its work folder in the
-// benchmarks' folder, its window shown and started on `base`.
-struct Programme {
-    ReglagesMemoire reglages;
-    std::unique_ptr<Application> app;
-    std::unique_ptr<MDIForm1Qt> fenetre;
-    explicit Programme(const std::string& base) {
-        Appli();
-        reglages.ecrit("Defaut", "Travail", Dossier());
-        app = std::make_unique<Application>(systemeReel(), reglages, DossierProgrammeBench());
-        fenetre = std::make_unique<MDIForm1Qt>(*app);
-        fenetre->show();
-        fenetre->logique().Demarre({base});
-    }
-};
 
 void BM_DemarrageSurLaBaseExemple(benchmark::State& state) {
     const std::string base = BaseExemple();

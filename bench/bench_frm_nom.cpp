@@ -4,7 +4,7 @@
 //   build/bench/bench_frm_nom
 // Runs under the offscreen platform unless QT_QPA_PLATFORM says otherwise.
 #include "app/frm_nom.h"
-#include "million.h"
+#include "programme_qt.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -17,14 +17,6 @@
 using namespace sylvane;
 
 namespace {
-
-QApplication& Appli() {
-    static int argc = 1;
-    static char* argv[] = {const_cast<char*>("bench_frm_nom")};
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication app(argc, argv);
-    return app;
-}
 
 // The base stays open for every benchmark, as it is in the program.
 Base& Million() {

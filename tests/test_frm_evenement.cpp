@@ -74,7 +74,7 @@ struct Famille : ::testing::Test {
     Paires Roles(std::uint32_t e) {
         Paires v;
         for (std::uint32_t p : PersonnesEvenement(b(), e))
-            v.emplace_back(p, RoleDansEvenement(b(), p, e, nullptr));
+            v.emplace_back(p, RoleDansEvenement(b(), p, e));
         std::sort(v.begin(), v.end());
         return v;
     }
@@ -152,7 +152,7 @@ TEST_F(Famille, RefusalsLeaveTheBaseAsItWas) {
     autre->ChoisitRole(Message(683));
     EXPECT_TRUE(autre->CmdMaj());
     EXPECT_EQ(s.boites.informations.back(), 936);
-    EXPECT_EQ(RoleDansEvenement(b(), inconnu, e, nullptr), "WITN");
+    EXPECT_EQ(RoleDansEvenement(b(), inconnu, e), "WITN");
 }
 
 TEST_F(Famille, PersonsAreMovedTakenAwayAndTheirRolesChanged) {
@@ -171,7 +171,7 @@ TEST_F(Famille, PersonsAreMovedTakenAwayAndTheirRolesChanged) {
     ASSERT_EQ(d->Personnes()[2].numero, enfant);
     d->ChoisitRole(Message(911));
     EXPECT_TRUE(d->CmdMaj());
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e, nullptr), "WITN");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e), "WITN");
     EXPECT_TRUE(d->CmdSupLien());
     EXPECT_EQ(d->Personnes().size(), 2u);
     EXPECT_EQ(b().EvtNo(enfant, 1), 0u);
@@ -281,8 +281,8 @@ TEST_F(Famille, TheListShowsEveryEventInDateOrderAndJumpsToAYear) {
     EXPECT_TRUE(l.CmdSupp(1));
     EXPECT_EQ(l.Nombre(), 2u);
     EXPECT_EQ(b().PosEvt(e1850), 0u);
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1850, nullptr), "");
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1900, nullptr), "SON");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1850), "");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e1900), "SON");
     EXPECT_EQ(s.boites.questions, (std::vector<int>{617, 617}));
 }
 
@@ -312,11 +312,11 @@ TEST_F(Famille, TheRepairGivesRolesToThePersonsOfOldCaptures) {
     for (std::uint32_t p : {parrain, marraine, enfant, mere, pere}) AjouteRole(b(), e, p, "");
     FrmLstEvt l(*f);
     EXPECT_EQ(l.Rectification(), 5);
-    EXPECT_EQ(RoleDansEvenement(b(), pere, e, nullptr), "HUSB");
-    EXPECT_EQ(RoleDansEvenement(b(), mere, e, nullptr), "P\xE8re d\xE9" "c\xE9" "d\xE9");
-    EXPECT_EQ(RoleDansEvenement(b(), enfant, e, nullptr), "MOTH");
-    EXPECT_EQ(RoleDansEvenement(b(), marraine, e, nullptr), "WIFE");
-    EXPECT_EQ(RoleDansEvenement(b(), parrain, e, nullptr), "FATH");
+    EXPECT_EQ(RoleDansEvenement(b(), pere, e), "HUSB");
+    EXPECT_EQ(RoleDansEvenement(b(), mere, e), "P\xE8re d\xE9" "c\xE9" "d\xE9");
+    EXPECT_EQ(RoleDansEvenement(b(), enfant, e), "MOTH");
+    EXPECT_EQ(RoleDansEvenement(b(), marraine, e), "WIFE");
+    EXPECT_EQ(RoleDansEvenement(b(), parrain, e), "FATH");
     EXPECT_FALSE(s.panneau.visible);
     // Nothing is left to correct.
     EXPECT_EQ(l.Rectification(), 0);

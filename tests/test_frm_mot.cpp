@@ -260,7 +260,7 @@ TEST_F(Mots, ARubricThatIsAnEventKindMakesItsEventOnceAndOpensIt) {
     EXPECT_EQ(b().TagEvt(e), "CHR");
     EXPECT_EQ(DateCourteEvenement(b().DateEvt(e)), "12/03/1850");
     EXPECT_EQ(b().LieuEvt(e), "Caen");
-    EXPECT_FALSE(RoleDansEvenement(b(), p, e, nullptr).empty()) << "the owner holds its main role";
+    EXPECT_FALSE(RoleDansEvenement(b(), p, e).empty()) << "the owner holds its main role";
     ASSERT_FALSE(s.fenetres.numeros.empty());
     EXPECT_EQ(s.fenetres.numeros.back(), (std::pair<std::string, std::uint32_t>{"FrmDesEvt", e}));
     // Asked again, the same event opens; none is made twice.

@@ -3,6 +3,7 @@
 // related persons' menu, the cousinage rows and the branch outputs.
 #include "store/fichier_memoire.h"
 #include "store/pack.h"
+#include "support/pages_textes.h"
 #include "support/services_faux.h"
 #include "text/messages.h"
 #include "ui/frm_listes.h"
@@ -351,28 +352,13 @@ TEST_F(Selection, GraphReportsAndBranchPrinting) {
     const auto doc = br.Impression();
     ASSERT_TRUE(doc);
     EXPECT_EQ(doc->titre, br.Titre());
-    struct Pages : Surface {
-        std::vector<std::vector<std::string>> textes;
-        const Metrique& Mesure() const override { return MetriqueDejaVu::Instance(); }
-        void DebutPage(int, int, double, double) override { textes.emplace_back(); }
-        void FinPage() override {}
-        void Trait(double, double, double, double, Plume) override {}
-        void Boite(double, double, double, double, std::int32_t) override {}
-        void Texte(double, double, std::string_view t, const Police&, std::int32_t) override {
-            textes.back().emplace_back(t);
-        }
-    } surface;
+    test::PagesTextes surface;
     EXPECT_EQ(doc->dessine(surface), FinPages::Termine);
-    ASSERT_GE(surface.textes.size(), 2u);
-    const auto& une = surface.textes[0];
-    EXPECT_NE(std::find(une.begin(), une.end(), br.Titre()), une.end())
-        << "the caption heads the page";
-    EXPECT_NE(std::find(une.begin(), une.end(), br.Outline()->Lignes()[1]), une.end());
-    const auto& fin = surface.textes.back();
-    EXPECT_NE(std::find(fin.begin(), fin.end(), br.Outline()->Lignes().back()), fin.end());
-    EXPECT_NE(std::find(surface.textes[1].begin(), surface.textes[1].end(), br.Titre()),
-              surface.textes[1].end())
-        << "each page under the caption";
+    ASSERT_GE(surface.pages.size(), 2u);
+    EXPECT_TRUE(surface.Contient(0, br.Titre())) << "the caption heads the page";
+    EXPECT_TRUE(surface.Contient(0, br.Outline()->Lignes()[1]));
+    EXPECT_TRUE(surface.Contient(surface.pages.size() - 1, br.Outline()->Lignes().back()));
+    EXPECT_TRUE(surface.Contient(1, br.Titre())) << "each page under the caption";
 }
 
 } // namespace

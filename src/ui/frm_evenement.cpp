@@ -426,7 +426,7 @@ int RectifieLiens(Base& b, const std::function<bool(std::uint32_t)>& progres) {
         std::vector<std::string> roles;
         bool vide = false;
         for (std::uint32_t p : personnes) {
-            roles.push_back(RoleDansEvenement(b, p, e, nullptr));
+            roles.push_back(RoleDansEvenement(b, p, e));
             vide = vide || roles.back().empty();
         }
         if (!vide) continue;
@@ -519,7 +519,7 @@ void FrmDesEvt::ChargeListes() {
         LignePersonneEvt l;
         l.numero = p;
         l.nom = b->NomDates(p);
-        l.tag = RoleDansEvenement(*b, p, e_, nullptr);
+        l.tag = RoleDansEvenement(*b, p, e_);
         l.role = Conv_LibelleTag(l.tag);
         personnes_.push_back(std::move(l));
     }
