@@ -21,6 +21,7 @@
 #include <QMimeData>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QTabBar>
 #include <QTimer>
@@ -185,7 +186,12 @@ MDIForm1Qt::MDIForm1Qt(Application& app)
     connect(minuterie2_, &QTimer::timeout, this, &MDIForm1Qt::SynchroniseOnglets);
     minuterie2_->start();
 
-    resize(1100, 760);
+    // On a small screen the window, with its title bar, stays whole on it:
+    // the child windows are fitted into the area it leaves them.
+    QSize taille(1100, 760);
+    if (const QScreen* ecran = screen())
+        taille = taille.boundedTo(ecran->availableGeometry().size() - QSize(0, 32));
+    resize(taille);
     LangueChangee();
     EtatChange();
 }

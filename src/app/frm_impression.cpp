@@ -110,8 +110,11 @@ FrmImpressionQt::FrmImpressionQt(ContexteQt& c, QWidget* parent)
     g->addWidget(lblDirection_, 2, 0);
     g->addWidget(direction_, 2, 1);
     lc->addLayout(g);
-    lc->addWidget(implexe_);
-    lc->addWidget(detaille_);
+    auto* options = new QHBoxLayout;
+    options->addWidget(implexe_);
+    options->addWidget(detaille_);
+    options->addStretch();
+    lc->addLayout(options);
     lc->addStretch();
 
     boiteContenu_ = new QGroupBox(this);
@@ -124,7 +127,7 @@ FrmImpressionQt::FrmImpressionQt(ContexteQt& c, QWidget* parent)
     }
     for (int i = 0; i < kSections; ++i) {
         sections_[static_cast<std::size_t>(i)] = new QCheckBox(boiteContenu_);
-        lco->addWidget(sections_[static_cast<std::size_t>(i)], 3 + i / 2, i % 2);
+        lco->addWidget(sections_[static_cast<std::size_t>(i)], 3 + i / 3, i % 3);
     }
     conjoints_ = new QCheckBox(boiteContenu_);
     evenements_ = new QCheckBox(boiteContenu_);
@@ -133,7 +136,8 @@ FrmImpressionQt::FrmImpressionQt(ContexteQt& c, QWidget* parent)
     lco->addWidget(conjoints_, 0, 1);
     lco->addWidget(evenements_, 1, 1);
     lco->addWidget(documents_, 2, 1);
-    lco->addWidget(couple_, 7, 0);
+    // Three columns keep the form within a small screen's height.
+    lco->addWidget(couple_, 0, 2);
 
     boiteDestination_ = new QGroupBox(this);
     auto* ld = new QHBoxLayout(boiteDestination_);
@@ -197,10 +201,11 @@ FrmImpressionQt::FrmImpressionQt(ContexteQt& c, QWidget* parent)
         if (parentWidget()) parentWidget()->close();
         else close();
     });
+    // The area would squeeze the fields of the groups, and the choices show
+    // more or fewer of them: the form never goes below what those shown need
+    // (the area scrolls when it is the smaller).
+    tout->setSizeConstraint(QLayout::SetMinimumSize);
     Retraduit();
-    // The area would squeeze the fields of the groups: the form keeps the
-    // height its fields need.
-    setMinimumHeight(sizeHint().height());
 }
 
 void FrmImpressionQt::Retraduit() {

@@ -8,11 +8,13 @@
 #include "app/texte_qt.h"
 #include "fenetre_test.h"
 
-#include <QImage>
 #include <QCheckBox>
+#include <QImage>
 #include <QLabel>
 #include <QPushButton>
+#include <QComboBox>
 #include <QRadioButton>
+#include <QSpinBox>
 
 #include <gtest/gtest.h>
 
@@ -64,6 +66,23 @@ TEST_F(Impression, SheetToThePreviewAndOnePageAsAPicture) {
     for (int y = 0; y < im.height(); y += 2)
         for (int x = 0; x < im.width(); x += 2) encre += qGray(im.pixel(x, y)) < 128;
     EXPECT_GT(encre, 200);
+}
+
+// The print form, taller than the area of a small screen, shows every field
+// of every choice at its height: the area scrolls rather than squeeze them.
+TEST_F(Impression, NoFieldIsSqueezedOnASmallScreen) {
+    fenetre->resize(800, 500);
+    FrmImpressionQt* frm = Formulaire();
+    ASSERT_NE(frm, nullptr);
+    for (const auto choix : {msg_impression::FichesAscendants, msg_impression::Graphe}) {
+        for (QRadioButton* r : frm->findChildren<QRadioButton*>())
+            if (r->text() == M(choix)) r->click();
+        QApplication::processEvents();
+        for (QWidget* w : frm->findChildren<QWidget*>())
+            if (w->isVisible() && (qobject_cast<QSpinBox*>(w) || qobject_cast<QComboBox*>(w))) {
+                EXPECT_GE(w->height(), w->minimumSizeHint().height()) << choix;
+            }
+    }
 }
 
 TEST_F(Impression, DescendantListAsAPdfFile) {
