@@ -181,6 +181,7 @@ TEST(TableDoublons, WizardListsAndNotes) {
     EXPECT_EQ(DecoupeDateAn(DateEtAn("ABT", "850")), std::make_pair(std::string("ABT"), std::string("850")));
     EXPECT_EQ(DecoupeDateAn("1850"), std::make_pair(std::string(), std::string("1850")));
     EXPECT_EQ(JoinsNotes("a", "b"), "a\r\nb");
+    EXPECT_EQ(JoinsNotes("a\r\n", "b\r\n"), "a\r\nb\r\n") << "no blank line between the two";
     EXPECT_EQ(JoinsNotes("", "b"), "b");
     EXPECT_EQ(JoinsNotes("{\\rtf1 un \\{x}", "{\\rtf1 {\\b deux}} fin"),
               "{\\rtf1 un \\{x\\par  {\\b deux}}\r\nfin");

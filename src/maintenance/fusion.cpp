@@ -737,7 +737,11 @@ std::string JoinsNotes(const std::string& premier, const std::string& second) {
     if (premier.empty()) return second;
     if (second.empty()) return premier;
     const std::size_t pa = premier.find("{\\rtf1"), pb = second.find("{\\rtf1");
-    if (pa == std::string::npos || pb == std::string::npos) return premier + "\r\n" + second;
+    if (pa == std::string::npos || pb == std::string::npos) {
+        // One after the other, on the next line: not a blank line between.
+        const bool finLigne = premier.size() >= 2 && premier.ends_with("\r\n");
+        return premier + (finLigne ? "" : "\r\n") + second;
+    }
     const std::size_t fa = FinGroupe(premier, pa), fb = FinGroupe(second, pb);
     const std::string dedans = second.substr(pb + 6, fb - (pb + 6));
     std::string r = premier.substr(0, fa) + "\\par " + dedans + premier.substr(fa);
