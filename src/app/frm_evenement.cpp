@@ -190,6 +190,8 @@ void FrmLstEvtQt::Retraduit() {
 void FrmLstEvtQt::ListeChangee() {
     modele_->Recharge();
     nombre_->setText(MT(msg_evt::Nombre, QString::number(logique_->Nombre())));
+    // An empty list has nothing to print.
+    imprimer_->setEnabled(logique_->Nombre() > 0);
 }
 
 void FrmLstEvtQt::PersonneChangee() { logique_->Actualise(); }
