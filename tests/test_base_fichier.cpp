@@ -211,6 +211,24 @@ TEST_F(Fixture, AutomaticSaveRunsOnTheTickAfterTheFrequencyIsPassed) {
     b.FermeBase();
 }
 
+TEST_F(Fixture, AJournalRecordPastTheEndOfTheBaseIsPassedOver) {
+    test::Construit(fs, p, "/b.sv2", 5);
+    const std::string avant = fs.contenu("/b.sv2");
+    // One record at the last position a journal may name, one at the first
+    // byte past the base, one with no position: only the first is a copy.
+    std::string sain = avant.substr(0, 1000);
+    std::string journal = Pack4(1) + sain;
+    journal += Pack4(static_cast<std::uint32_t>(avant.size() + 1)) + std::string(1000, 'x');
+    journal += Pack4(0xFFFFFFFFu) + std::string(1000, 'y');
+    ecrireTout(fs, "/b.log", journal);
+    Base b(fs, p);
+    b.Ouvre("/b.sv2");
+    EXPECT_EQ(b.Tete().nbPersonnes, 5u);
+    b.FermeBase();
+    EXPECT_EQ(fs.contenu("/b.sv2").size(), avant.size());
+    EXPECT_FALSE(fs.existe("/b.log"));
+}
+
 TEST_F(Fixture, NewBaseOverAnOldFileDropsItsJournal) {
     test::Construit(fs, p, "/b.sv2", 5);
     ecrireTout(fs, "/b.log", std::string(1004, 'x'));

@@ -166,6 +166,14 @@ TEST(TableDoublons, NoPairTwiceInEitherOrderAndTheFileFollows) {
     ASSERT_EQ(lue.Lignes().size(), 2u);
     EXPECT_TRUE(lue.Contient(1, 2));
     EXPECT_TRUE(lue.Contient(6, 8));
+    // The widest numbers the file holds, written with its own line ends,
+    // read back as they were written.
+    TableDoublons larges;
+    larges.Creation_Doublon(4294794721u, 12);
+    EcritPaires(fs, f, larges);
+    lue = LitPaires(fs, f);
+    ASSERT_EQ(lue.Lignes().size(), 1u);
+    EXPECT_TRUE(lue.Contient(4294794721u, 12));
     // A huge file is no pairs file.
     ecrireTout(fs, f, std::string((64u << 20) + 1, '1'));
     EXPECT_THROW(LitPaires(fs, f), ErreurES);

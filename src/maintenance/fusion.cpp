@@ -645,12 +645,15 @@ TableDoublons LitPaires(SystemeFichiers& fs, const std::string& chemin) {
     while (debut < texte.size()) {
         std::size_t fin = texte.find('\n', debut);
         if (fin == std::string::npos) fin = texte.size();
-        const std::string ligne = Trim(std::string_view(texte).substr(debut, fin - debut));
+        std::string_view brute = std::string_view(texte).substr(debut, fin - debut);
         debut = fin + 1;
+        // The line end the file was written with is no part of the number:
+        // a ten-digit number read back as it was written.
+        if (!brute.empty() && brute.back() == '\r') brute.remove_suffix(1);
+        const std::string ligne = Trim(brute);
         std::uint64_t v = 0;
         bool ok = !ligne.empty() && ligne.size() <= 10;
         for (char ch : ligne) {
-            if (ch == '\r') continue;
             if (ch < '0' || ch > '9') ok = false;
             else v = v * 10 + static_cast<unsigned>(ch - '0');
         }

@@ -514,11 +514,16 @@ void RejoueJournal(SystemeFichiers& fs, Fichier& base, const std::string& journa
     std::string j = lireTout(fs, journal);
     const std::size_t r = kTailleJournal + 4;
     const std::size_t nb = j.size() / r; // a short final record is skipped
+    // A record holds bytes the base had at its last commit, so it starts
+    // inside the file; one that starts past its end was damaged, and
+    // writing it would grow the base by as much as its position says.
+    const std::uint64_t taille = base.taille();
     // Newest record first, so that the oldest copy of a byte, which is the
     // committed one, is the one that stays.
     for (std::size_t i = nb; i-- > 0;) {
         std::uint32_t pos = Unpack4(j, i * r);
         if (pos == 0) continue; // a record that never reached the disk
+        if (pos - 1 >= taille) continue;
         base.ecrire(pos - 1, std::string_view(j).substr(i * r + 4, kTailleJournal));
     }
     base.synchroniser();
