@@ -26,41 +26,41 @@ std::string Reglages::litOuEcrit(const std::string& section, const std::string& 
 
 // ---------------------------------------------------------------- in memory
 
+const ReglagesMemoire::Section* ReglagesMemoire::trouve(const std::string& section) const {
+    const auto p = placesSections_.find(section);
+    return p == placesSections_.end() ? nullptr : &sections_[p->second];
+}
+
 std::optional<std::string> ReglagesMemoire::lit(const std::string& section,
                                                 const std::string& cle) const {
-    for (const auto& s : sections_) {
-        if (s.nom != section) continue;
-        for (const auto& [c, v] : s.cles)
-            if (c == cle) return v;
-    }
-    return std::nullopt;
+    const Section* s = trouve(section);
+    if (!s) return std::nullopt;
+    const auto p = s->places.find(cle);
+    if (p == s->places.end()) return std::nullopt;
+    return s->cles[p->second].second;
 }
 
 void ReglagesMemoire::ecrit(const std::string& section, const std::string& cle,
                             const std::string& valeur) {
-    auto s = std::find_if(sections_.begin(), sections_.end(),
-                          [&](const Section& x) { return x.nom == section; });
-    if (s == sections_.end()) {
-        sections_.push_back({section, {}});
-        s = sections_.end() - 1;
-    }
-    for (auto& [c, v] : s->cles)
-        if (c == cle) {
-            v = valeur;
-            return;
-        }
-    s->cles.emplace_back(cle, valeur);
+    auto [ps, neuve] = placesSections_.try_emplace(section, sections_.size());
+    if (neuve) sections_.push_back({section, {}, {}});
+    Section& s = sections_[ps->second];
+    auto [pc, neuf] = s.places.try_emplace(cle, s.cles.size());
+    if (neuf) s.cles.emplace_back(cle, valeur);
+    else s.cles[pc->second].second = valeur;
 }
 
 void ReglagesMemoire::supprimeSection(const std::string& section) {
+    if (!placesSections_.count(section)) return;
     std::erase_if(sections_, [&](const Section& x) { return x.nom == section; });
+    placesSections_.clear();
+    for (std::size_t i = 0; i < sections_.size(); ++i) placesSections_[sections_[i].nom] = i;
 }
 
 std::vector<std::pair<std::string, std::string>>
 ReglagesMemoire::section(const std::string& section) const {
-    for (const auto& s : sections_)
-        if (s.nom == section) return s.cles;
-    return {};
+    const Section* s = trouve(section);
+    return s ? s->cles : std::vector<std::pair<std::string, std::string>>{};
 }
 
 std::vector<std::string> ReglagesMemoire::sections() const {

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -66,11 +67,18 @@ class ReglagesMemoire : public Reglages {
     std::vector<std::string> sections() const;
 
   protected:
+    // The keys keep their order of creation; the places make each look-up
+    // one step, so that a settings file of many keys reads in linear time.
     struct Section {
         std::string nom;
         std::vector<std::pair<std::string, std::string>> cles;
+        std::unordered_map<std::string, std::size_t> places;
     };
     std::vector<Section> sections_;
+
+  private:
+    const Section* trouve(const std::string& section) const;
+    std::unordered_map<std::string, std::size_t> placesSections_;
 };
 
 // Settings in an INI file, UTF-8 on disk:
