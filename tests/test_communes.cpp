@@ -121,6 +121,28 @@ TEST(Communes, CeQuiNestPasUnFichierDeCommunes) {
     EXPECT_THROW(FichierCommunes(fs, "/c/absent.svx"), ErreurES);
 }
 
+TEST(Communes, UnIndexDesNomsEndommageSeLitSansSAttarder) {
+    // One commune, but 160,000 names whose entries all lead to one record
+    // holding a list of 16,500 numbers: each name read its list whole and
+    // the first reading of a commune never ended.
+    std::string f(TailleEnteteCommunes, '\0');
+    f.replace(0, 4, Pack4(1));
+    f.replace(264, 4, Pack4(MaxCommunes));
+    for (std::uint32_t place : {9u, 269u, 529u, 789u})
+        for (std::uint32_t b = 0; b < BlocsCommunes; ++b)
+            f.replace(place - 1 + b * 4, 4, Pack4(TailleEnteteCommunes + 1));
+    const std::uint32_t enreg = TailleEnteteCommunes + 1 + EntreesParBlocCommunes * 4;
+    for (std::uint32_t k = 0; k < EntreesParBlocCommunes; ++k) f += Pack4(enreg);
+    f += "A\xFF";
+    for (int k = 0; k < 16500; ++k) f += Pack4(1);
+    f += Pack4(0);
+    SystemeMemoire fs;
+    ecrireTout(fs, "/c/noms.svx", f);
+    FichierCommunes c(fs, "/c/noms.svx", true);
+    EXPECT_EQ(c.Lit(1).nom, "A");
+    EXPECT_EQ(c.CommunesNom(1), std::vector<std::uint32_t>{1});
+}
+
 } // namespace
 
 // The form's logic over the file of the settings.

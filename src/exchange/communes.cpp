@@ -234,15 +234,22 @@ std::string FichierCommunes::Texte(std::uint32_t position) {
 void FichierCommunes::CacheNoms() {
     if (!nomDe_.empty() || nombre_ == 0) return;
     nomDe_.assign(nombre_ + 1, 0);
-    for (std::uint32_t i = 1; i <= noms_; ++i) {
+    // Each commune stands in the list of its one name: the lists together
+    // hold as many numbers as there are communes. A damaged index that
+    // holds more is read no further than that, or every name would read
+    // its list whole.
+    std::size_t reste = nombre_;
+    for (std::uint32_t i = 1; i <= noms_ && reste > 0; ++i) {
         std::vector<std::uint32_t> l;
-        LitNomIndex(i, &l);
+        LitNomIndex(i, &l, reste);
+        reste -= l.size();
         for (std::uint32_t n : l)
             if (n <= nombre_ && nomDe_[n] == 0) nomDe_[n] = i;
     }
 }
 
-std::string FichierCommunes::LitNomIndex(std::uint32_t i, std::vector<std::uint32_t>* communes) {
+std::string FichierCommunes::LitNomIndex(std::uint32_t i, std::vector<std::uint32_t>* communes,
+                                         std::size_t borne) {
     const std::uint32_t pos = Entree(TableB, i);
     std::string r = Lire(pos, 50);
     const auto m = r.find(kMarque);
@@ -255,7 +262,7 @@ std::string FichierCommunes::LitNomIndex(std::uint32_t i, std::vector<std::uint3
                 r += suite;
             }
             const std::uint32_t n = Lit4(r, k);
-            if (n == 0) break;
+            if (n == 0 || communes->size() >= borne) break;
             communes->push_back(n);
         }
     }
@@ -319,7 +326,7 @@ std::string FichierCommunes::NomIndex(std::uint32_t i) { return LitNomIndex(i, n
 
 std::vector<std::uint32_t> FichierCommunes::CommunesNom(std::uint32_t i) {
     std::vector<std::uint32_t> l;
-    LitNomIndex(i, &l);
+    LitNomIndex(i, &l, nombre_);
     return l;
 }
 

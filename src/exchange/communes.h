@@ -101,8 +101,10 @@ class FichierCommunes {
     std::string Texte(std::uint32_t position);
     void LitEntete();
     std::vector<Commune> Toutes(const Progres& progres, bool& arrete);
-    // Name index records: name, 0xFF, packed commune numbers, a zero.
-    std::string LitNomIndex(std::uint32_t i, std::vector<std::uint32_t>* communes);
+    // Name index records: name, 0xFF, packed commune numbers, a zero. A
+    // list is read up to `borne` numbers.
+    std::string LitNomIndex(std::uint32_t i, std::vector<std::uint32_t>* communes,
+                            std::size_t borne = MaxCommunes);
     std::string LitMotIndex(std::uint32_t k, std::vector<std::uint32_t>* communes);
     void CacheNoms();
 
