@@ -68,6 +68,9 @@ FrmMisajourQt::FrmMisajourQt(ContexteQt& c, QWidget* parent)
     };
 
     auto* racine = new QVBoxLayout(this);
+    // Taller than the area of a small screen, the sheet scrolls in it
+    // rather than squeeze its fields.
+    racine->setSizeConstraint(QLayout::SetMinimumSize);
 
     // Number, picker and history.
     auto* haut = new QHBoxLayout;

@@ -10,12 +10,17 @@
 #include "text/reglages.h"
 #include "ui/application.h"
 
+#include <QAbstractButton>
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace sylvane::test {
 
@@ -73,6 +78,29 @@ inline Famille EcritFamille(const std::string& chemin, bool avecFille = true) {
     if (avecFille) parents(f.fille, f.moi, f.conj);
     b.FermeBase();
     return f;
+}
+
+// The fields and buttons shown in `racine` that are drawn below their
+// height, and the buttons whose text is cut: a form squeezed by too small
+// an area instead of scrolled in it.
+inline std::vector<std::string> ChampsEcrases(QWidget* racine) {
+    std::vector<std::string> ecrases;
+    for (QWidget* w : racine->findChildren<QWidget*>()) {
+        if (!w->isVisible()) continue;
+        // The editor inside a spin box or a combo box is its owner's affair.
+        if (qobject_cast<QAbstractSpinBox*>(w->parentWidget()) || qobject_cast<QComboBox*>(w->parentWidget()))
+            continue;
+        const bool bouton = qobject_cast<QAbstractButton*>(w) != nullptr;
+        if (!bouton && !qobject_cast<QLineEdit*>(w) && !qobject_cast<QAbstractSpinBox*>(w) &&
+            !qobject_cast<QComboBox*>(w))
+            continue;
+        const QSize m = w->minimumSizeHint();
+        if (w->height() < m.height() || (bouton && w->width() < m.width()))
+            ecrases.push_back(std::string(w->metaObject()->className()) + " " +
+                              w->objectName().toStdString() + " " +
+                              (bouton ? qobject_cast<QAbstractButton*>(w)->text().toStdString() : ""));
+    }
+    return ecrases;
 }
 
 // A main window whose settings live in memory and whose work folder is a

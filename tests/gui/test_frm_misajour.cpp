@@ -10,6 +10,7 @@
 #include <QMdiSubWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTableWidget>
 #include <QTextCursor>
 #include <QTextEdit>
@@ -134,6 +135,21 @@ TEST_F(FicheTest, NoteShowsOnTheSheetWithItsBoldAndItalic) {
     EXPECT_FALSE(c.charFormat().fontItalic());
     c.setPosition(26);
     EXPECT_TRUE(c.charFormat().fontItalic());
+}
+
+// A sheet taller than the area of a small screen keeps every field and
+// button of every tab at its height: the area scrolls rather than squeeze it.
+TEST_F(FicheTest, NoFieldIsSqueezedOnASmallScreen) {
+    fenetre->resize(800, 500);
+    FrmMisajourQt* f = Ouvre(Commande::MnuModif);
+    ASSERT_NE(f, nullptr);
+    auto* onglets = f->findChild<QTabWidget*>();
+    ASSERT_NE(onglets, nullptr);
+    for (int i = 0; i < onglets->count(); ++i) {
+        onglets->setCurrentIndex(i);
+        QApplication::processEvents();
+        EXPECT_EQ(test::ChampsEcrases(f), std::vector<std::string>{}) << i;
+    }
 }
 
 TEST_F(FicheTest, CaptureOfTheSheet) {
