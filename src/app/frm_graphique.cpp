@@ -102,6 +102,9 @@ FrmGraphiqueQt::FrmGraphiqueQt(ContexteQt& c, QWidget* parent)
         options2->addWidget(w);
     options2->addStretch();
     auto* tout = new QVBoxLayout(this);
+    // Its rows of options stay whole: a narrow area scrolls rather than
+    // cut their texts.
+    tout->setSizeConstraint(QLayout::SetMinimumSize);
     tout->addLayout(options);
     tout->addLayout(options2);
     tout->addWidget(canevas_, 1);

@@ -384,6 +384,9 @@ FrmPrevisualisationQt::FrmPrevisualisationQt(ContexteQt& c, QWidget* parent)
     quitter_ = new QPushButton(this);
     for (QPushButton* b : {imprimer_, pdf_, image_, quitter_}) canevas_->AjouteBouton(b);
     auto* tout = new QVBoxLayout(this);
+    // Its row of buttons stays whole: a narrow area scrolls rather than cut
+    // their texts.
+    tout->setSizeConstraint(QLayout::SetMinimumSize);
     tout->addWidget(canevas_, 1);
 
     connect(imprimer_, &QPushButton::clicked, this, [this] {

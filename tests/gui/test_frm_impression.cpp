@@ -85,6 +85,20 @@ TEST_F(Impression, NoFieldIsSqueezedOnASmallScreen) {
     }
 }
 
+// The chart window and the preview put a row of buttons above their page,
+// wider than the area of a small screen: the area scrolls rather than cut
+// their texts.
+TEST_F(Impression, ChartAndPreviewKeepTheirButtonsWholeOnASmallScreen) {
+    fenetre->resize(800, 500);
+    for (const char* nom : {"FrmGraphisme", "FrmPrevisualisation"}) {
+        fenetre->logique().services().fenetres.Ouvre(nom);
+        QApplication::processEvents();
+        FormulaireQt* frm = fenetre->Formulaire(nom);
+        ASSERT_NE(frm, nullptr) << nom;
+        EXPECT_EQ(test::ChampsEcrases(frm), std::vector<std::string>{}) << nom;
+    }
+}
+
 TEST_F(Impression, DescendantListAsAPdfFile) {
     FrmImpressionQt* frm = Formulaire();
     ASSERT_NE(frm, nullptr);
