@@ -286,6 +286,8 @@ FrmParametreQt::FrmParametreQt(ContexteQt& c, QWidget* parent)
                [&c](const std::string& l) { return c.logique.ChoisitLangue(l); }) {
     onglets_ = new QTabWidget(this);
     onglets_->setObjectName(QStringLiteral("TabParametre"));
+    // Every tab in sight: the dialog is as wide as their row.
+    onglets_->setUsesScrollButtons(false);
     onglets_->addTab(OngletGeneral(), {});
     onglets_->addTab(OngletNoms(), {});
     onglets_->addTab(OngletPresentation(), {});

@@ -15,6 +15,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QSpinBox>
+#include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
 #include <QVBoxLayout>
@@ -92,6 +93,19 @@ TEST_F(ParametreQt, CancelLeavesTheSettings) {
     EXPECT_EQ(app->parametres().maximumRechercheParente, 10);
     EXPECT_EQ(reglages.lit("Defaut", "Couleur Fond", ""), "16711808");
     delete f;
+}
+
+// The eight tabs show side by side at the dialog's opening size, none of
+// them hidden behind scroll arrows.
+TEST_F(ParametreQt, EveryTabShowsInItsBar) {
+    QDialog d;
+    auto* f = new FrmParametreQt(fenetre->contexte());
+    (new QVBoxLayout(&d))->addWidget(f);
+    d.show();
+    QApplication::processEvents();
+    const QTabBar* barre = f->onglets()->tabBar();
+    for (int i = 0; i < barre->count(); ++i)
+        EXPECT_TRUE(barre->rect().contains(barre->tabRect(i))) << barre->tabText(i).toStdString();
 }
 
 TEST_F(ParametreQt, EveryTabIsFilledFromTheSettings) {
