@@ -289,6 +289,8 @@ FrmFusionQt::FrmFusionQt(ContexteQt& c, QWidget* parent)
     ld->addStretch();
     defileMariage_->setWidget(detailMariage_);
     lm->addWidget(defileMariage_, 1);
+    // With nothing to compare, the choice stays under its label at the top.
+    lm->addStretch();
     connect(conjoint_, qOverload<int>(&QComboBox::activated), this, [this](int i) {
         logique_.ConjointChoisi(i);
         MontreEtape();

@@ -5,6 +5,7 @@
 #include "app/fenetre_principale.h"
 #include "app/frm_fusion.h"
 #include "app/frm_misajour.h"
+#include "app/texte_qt.h"
 #include "fenetre_test.h"
 #include "store/liens.h"
 
@@ -94,6 +95,30 @@ TEST_F(FenetreFusion, LevelRowAndWizard) {
     EXPECT_FALSE(w.panneaux()->isVisible()); // the table takes the whole width again
     EXPECT_TRUE(w.grille()->isEnabled());
     EXPECT_FALSE(fenetre->logique().base()->Modifiee());
+}
+
+// A marriage left unmerged shows nothing to compare: its choice stays right
+// under the spouse's name instead of sinking to the foot of the panel.
+TEST_F(FenetreFusion, UnmergedMarriageKeepsItsChoiceUnderItsLabel) {
+    FrmFusionQt w(fenetre->contexte());
+    w.resize(1100, 600);
+    w.show();
+    w.findChild<QRadioButton*>(QStringLiteral("OptSeuil0"))->click();
+    w.grille()->setCurrentCell(0, 0);
+    w.fusion()->click();
+    w.suite()->click();
+    ASSERT_EQ(w.logique().etape(), FrmFusion::Etape::MARIAGE);
+    auto* conjoint = w.findChild<QComboBox*>(QStringLiteral("LstConjoint"));
+    ASSERT_NE(conjoint, nullptr);
+    const int sans = conjoint->findText(M(kFusionSansFusion));
+    ASSERT_GE(sans, 0);
+    conjoint->setCurrentIndex(sans);
+    Q_EMIT conjoint->activated(sans);
+    QApplication::processEvents();
+    EXPECT_FALSE(w.findChild<QWidget*>(QStringLiteral("VScroll2"))->isVisible());
+    const QLabel* libelle = qobject_cast<QLabel*>(conjoint->parentWidget()->findChildren<QLabel*>().first());
+    ASSERT_NE(libelle, nullptr);
+    EXPECT_LT(conjoint->y() - libelle->y(), 3 * libelle->sizeHint().height());
 }
 
 // The sheet's button opens the merge window on the marriage shown, and is
