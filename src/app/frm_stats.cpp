@@ -14,6 +14,7 @@
 #include <QChartView>
 #include <QClipboard>
 #include <QDesktopServices>
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -148,6 +149,14 @@ void FrmStatsQt::Montre() {
     graphique->legend()->hide();
     auto* axeX = new QBarCategoryAxis;
     axeX->append(mois);
+    // A month's name wider than its bar's room is set upright rather than
+    // cut short: a narrow window keeps every name whole.
+    const QFontMetrics mesure(axeX->labelsFont());
+    int large = 0;
+    for (const QString& m : mois) large = std::max(large, mesure.horizontalAdvance(m));
+    connect(graphique, &QChart::plotAreaChanged, axeX, [axeX, large](const QRectF& r) {
+        axeX->setLabelsAngle(r.width() / 12 < large + 8 ? -90 : 0);
+    });
     graphique->addAxis(axeX, Qt::AlignBottom);
     serie->attachAxis(axeX);
     auto* axeY = new QValueAxis;
