@@ -22,19 +22,21 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* donnees, std::size_t t
     std::size_t attendu = 0;
     for (std::uint32_t r : g.enregistrements()) {
         exige(r == attendu && g.ligne(r).niveau == 0);
-        attendu = g.ligne(r).fin;
+        attendu = g.fin(r);
     }
     exige(attendu == n);
     for (std::size_t i = 0; i < n; ++i) {
         const LigneGedcom& l = g.ligne(i);
-        exige(l.fin > i && l.fin <= n && l.niveau <= 5);
+        exige(g.fin(i) > i && g.fin(i) <= n && l.niveau <= 5);
+        exige(i == 0 || g.numero(i) > g.numero(i - 1));
         exige(!g.tag(i).empty());
         (void)g.valeur(i).size();
         for (std::size_t j : g.sousLignes(i))
             exige(g.ligne(j).niveau == l.niveau + 1);
         const std::size_t c = g.cible(i);
         exige(c == GedcomLu::npos || c < n);
-        exige(l.pointeur == 0 || l.pointeur <= g.nombrePointeurs());
+        exige(g.pointeur(i) <= g.nombrePointeurs() && g.lien(i) <= g.nombrePointeurs());
+        (void)g.tag55(i);
     }
     for (const auto& a : g.rapport().anomalies)
         exige(a.exemples.size() <= NombreExemples);
