@@ -275,6 +275,19 @@ TEST_F(Commandes, GeneanetAsksForTheToolThenReportsItsFailure) {
     EXPECT_TRUE(s.fichiers.titres.empty());
 }
 
+TEST_F(Commandes, AToolsErrorFileShowsItsBeginningOnly) {
+    // A runaway report of an outside tool: the box shows its first 64 KB.
+    ecrireTout(fs, "/outils/famille.err", "Ligne 3 : erreur\r\n" + std::string(1 << 20, 'x'));
+    OperationLongue op(s.panneau, s.boites, "Export");
+    DialogueUi(s.boites, op, fs).montreFichier("/outils/famille.err");
+    ASSERT_EQ(s.boites.textes.size(), 1u);
+    EXPECT_EQ(s.boites.textes[0].rfind("Ligne 3 : erreur\r\n", 0), 0u);
+    EXPECT_EQ(s.boites.textes[0].size(), 64u * 1024 + 5);
+    // A missing one is a message, not a crash.
+    DialogueUi(s.boites, op, fs).montreFichier("/outils/absent.err");
+    EXPECT_EQ(s.boites.textes.size(), 2u);
+}
+
 TEST_F(Commandes, ReorganisationRenumbersAndFollowsTheCurrentPerson) {
     Base& b = Famille();
     // Only the family view may be open.

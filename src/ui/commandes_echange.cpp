@@ -36,7 +36,15 @@ DialogueEchange DialogueUi(Boites& boites, OperationLongue& op, SystemeFichiers&
     d.arret = [&op] { return op.Arrete(); };
     d.message = [&boites](const std::string& t) { boites.Texte(t); };
     d.montreFichier = [&boites, &fs](const std::string& chemin) {
-        Protege(boites, [&] { boites.Texte(lireTout(fs, chemin)); });
+        // A tool's report of what went wrong: its beginning says it, and a
+        // runaway file must not fill the memory or the box.
+        constexpr std::size_t kDebut = 64 * 1024;
+        Protege(boites, [&] {
+            const auto f = fs.ouvrir(chemin, Mode::Lecture);
+            std::string t = f->lire(0, kDebut);
+            if (f->taille() > kDebut) t += "\r\n...";
+            boites.Texte(t);
+        });
     };
     return d;
 }
