@@ -1,5 +1,8 @@
+#include "store/fichier_memoire.h"
 #include "text/mots.h"
+#include "text/parametres.h"
 #include "text/phonetique.h"
+#include "text/reglages.h"
 
 #include <benchmark/benchmark.h>
 
@@ -41,5 +44,22 @@ void BM_CleMot(benchmark::State& state) {
 BENCHMARK(BM_CleMot)->Arg(16)->Arg(4096)->Arg(1 << 20);
 
 } // namespace
+
+// A settings file of 200,000 keys and 100,000 sections read at start-up:
+// every key is looked up through the index, not by walking those before it.
+void BM_LitReglages(benchmark::State& state) {
+    std::string texte = "[Defaut]\n";
+    for (int i = 0; i < 200000; ++i) texte += "K" + std::to_string(i) + "=v\n";
+    for (int i = 0; i < 100000; ++i) texte += "[S" + std::to_string(i) + "]\nk=" + std::to_string(i) + "\n";
+    sylvane::SystemeMemoire fs;
+    sylvane::ecrireTout(fs, "/c/s.ini", texte);
+    for (auto _ : state) {
+        sylvane::ReglagesIni r(fs, "/c/s.ini");
+        sylvane::Parametres p;
+        sylvane::LitParametres(r, p, "/programme");
+        benchmark::DoNotOptimize(r.lit("S99999", "k", ""));
+    }
+}
+BENCHMARK(BM_LitReglages)->Unit(benchmark::kMillisecond);
 
 BENCHMARK_MAIN();

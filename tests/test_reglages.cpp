@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 
@@ -234,22 +233,20 @@ TEST(ReglagesIni, DamagedFileKeepsWhatCanBeRead) {
     EXPECT_EQ(r.lit("E", "\xFF", ""), "\xE9");
 }
 
-TEST(ReglagesIni, AFileOfManyKeysAndSectionsReadsInLinearTime) {
-    // 200,000 keys, then 100,000 sections: a look-up that walked the keys
-    // took minutes over such a file, which then held the start-up.
+TEST(ReglagesIni, AFileOfManyKeysAndSectionsKeepsItsOrderAndItsLastValues) {
+    // Look-ups go through an index (its speed on 300,000 keys is measured by
+    // bench_text): the file's order and a key repeated later still count.
     std::string texte = "[Defaut]\n";
-    for (int i = 0; i < 200000; ++i) texte += "K" + std::to_string(i) + "=v\n";
-    for (int i = 0; i < 100000; ++i) texte += "[S" + std::to_string(i) + "]\nk=" + std::to_string(i) + "\n";
+    for (int i = 0; i < 2000; ++i) texte += "K" + std::to_string(i) + "=v\n";
+    for (int i = 0; i < 1000; ++i) texte += "[S" + std::to_string(i) + "]\nk=" + std::to_string(i) + "\n";
     texte += "[Defaut]\nK7=repris\n";
     SystemeMemoire fs;
     ecrireTout(fs, "/c/s.ini", texte);
-    const auto debut = std::chrono::steady_clock::now();
     ReglagesIni r(fs, "/c/s.ini");
     Parametres p;
     LitParametres(r, p, "/programme");
-    EXPECT_LT(std::chrono::steady_clock::now() - debut, std::chrono::seconds(20));
     EXPECT_EQ(r.lit("Defaut", "K7", ""), "repris");
-    EXPECT_EQ(r.lit("S99999", "k", ""), "99999");
+    EXPECT_EQ(r.lit("S999", "k", ""), "999");
     EXPECT_EQ(r.section("Defaut")[7].first, "K7"); // in the order of the file
     r.supprimeSection("S5");
     EXPECT_FALSE(r.lit("S5", "k"));
