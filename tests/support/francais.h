@@ -15,7 +15,7 @@ namespace sylvane::test {
 class Francais : public ::testing::Environment {
   public:
     void SetUp() override {
-        ASSERT_TRUE(ChoisirLangue("Fran\xE7" "ais", std::string(SYLVANE_BINARY_DIR) + "/src"));
+        ASSERT_TRUE(ChoisirLangue("Fran\xE7" "ais", SYLVANE_BINARY_DIR "/src"));
         DefinitFormatDate("dd/mm/yyyy");
     }
 };
