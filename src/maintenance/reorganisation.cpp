@@ -510,7 +510,15 @@ void RenumeroteListeFusion(SystemeFichiers& fs, const std::string& cheminBase,
     const std::string fusion = souche + ".fus", nouvelle = souche + ".tmp";
     try {
         if (!fs.existe(fusion)) return;
-        const std::string texte = lireTout(fs, fusion);
+        // A list of pairs of persons is a few numbers a pair: a file larger
+        // than the merge form would read is no such list, and stays as it is.
+        constexpr std::uint64_t kTailleMax = 64ull << 20;
+        std::string texte;
+        {
+            const auto lu = fs.ouvrir(fusion, Mode::Lecture);
+            if (lu->taille() > kTailleMax) return;
+            texte = lu->lire(0, static_cast<std::size_t>(lu->taille()));
+        }
         std::string sortie;
         std::size_t debut = 0;
         while (debut < texte.size()) {
